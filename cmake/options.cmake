@@ -1,0 +1,29 @@
+# Flags that everything in the project is built with.
+add_compile_options(-Wall -Wextra -Werror -Wshadow -Wvla)
+
+# One arithmetic for every level and word size: no contraction, no x87 excess precision.
+add_compile_options(-ffp-contract=off)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  add_compile_options(-msse2 -mfpmath=sse -mstackrealign)
+endif()
+
+# "fuzzer" in ZETAC_SANITIZE means libFuzzer (clang only): all code is instrumented for coverage,
+# and zetac_add_fuzzer links the fuzzer's own main into the fuzz targets alone.
+string(REGEX REPLACE "(^|,)fuzzer(,|$)" "\\1fuzzer-no-link\\2" sanitizers "${ZETAC_SANITIZE}")
+if(sanitizers)
+  add_compile_options(-fsanitize=${sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${sanitizers})
+endif()
+
+# What the code of the library itself is built with. No frame may grow beyond 16 KiB, so that the
+# library runs on the small stacks of audio threads; instrumentation inflates frames and is exempt.
+function(zetac_library_options target)
+  set_target_properties(${target} PROPERTIES
+    POSITION_INDEPENDENT_CODE ON
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_options(${target} PRIVATE -fno-exceptions -fno-rtti -fno-threadsafe-statics)
+  if(NOT ZETAC_SANITIZE)
+    target_compile_options(${target} PRIVATE -O3 -Wframe-larger-than=16384)
+  endif()
+endfunction()

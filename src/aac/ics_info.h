@@ -1,0 +1,20 @@
+#pragma once
+
+#include "aac/bit_stream.h"
+
+namespace zetac::aac {
+
+// ics_info() with Main-profile prediction (ISO/IEC 13818-7, 8.3). predSfbMax is the prediction band
+// limit of the sampling rate.
+ZetStatus readIcsInfo(BitReader& stream, ZetAACIcsInfo& ics, int predSfbMax);
+
+// ics_info() of ISO/IEC 14496-3, 4.4.2.1: Main prediction for audio object type 1, long-term
+// prediction for the others; the data of one channel, or of two where the window is common.
+ZetStatus readIcsInfoMp4(BitReader& stream, ZetAACIcsInfo& ics, int predSfbMax, int audioObjectType,
+                         ZetAACLtpInfo* ltp, int numLtpChannels);
+
+// Derives the window groups of an eight-short frame from scale_factor_grouping; returns their
+// number.
+int deriveWindowGroups(Zet32s scaleFactorGrouping, Zet32s* groupLength);
+
+}  // namespace zetac::aac

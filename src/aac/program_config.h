@@ -1,0 +1,10 @@
+#pragma once
+
+#include "aac/bit_stream.h"
+
+namespace zetac::aac {
+
+// program_config_element() (ISO/IEC 13818-7, 8.5).
+void readProgramConfigElement(BitReader& stream, ZetAACPrgCfgElt& element);
+
+}  // namespace zetac::aac

@@ -1,0 +1,23 @@
+// Argument checks: one line each, in contract order, at the head of every exported function.
+#pragma once
+
+#include <zetac.h>
+
+// Returns status from the function when the condition does not hold.
+#define ZETAC_REQUIRE(condition, status) \
+    do {                                 \
+        if (!(condition)) return status; \
+    } while (false)
+
+namespace zetac::core {
+
+template <class... Pointers>
+constexpr bool allSet(Pointers... pointers) {
+    return ((pointers != nullptr) && ...);
+}
+
+constexpr bool inRange(int value, int low, int high) {
+    return low <= value && value <= high;
+}
+
+}  // namespace zetac::core

@@ -1,0 +1,53 @@
+// Fixed-point arithmetic: every rounding and saturation idiom by its name.
+#pragma once
+
+#include <zetac.h>
+
+#include <limits>
+
+namespace zetac::core {
+
+inline constexpr Zet32s kMax32s = std::numeric_limits<Zet32s>::max();
+inline constexpr Zet32s kMin32s = std::numeric_limits<Zet32s>::min();
+
+// High word of the 64-bit product, rounded towards minus infinity.
+constexpr Zet32s mulHigh(Zet32s a, Zet32s b) {
+    return static_cast<Zet32s>((static_cast<int64_t>(a) * b) >> 32);
+}
+
+// a * b with b in Q31 (or a in Q31), rounded towards minus infinity; -1 * -1 wraps.
+constexpr Zet32s mulQ31(Zet32s a, Zet32s b) {
+    return static_cast<Zet32s>((static_cast<int64_t>(a) * b) >> 31);
+}
+
+// Sums, differences and left shifts modulo 2^32.
+constexpr Zet32s addWrap(Zet32s a, Zet32s b) {
+    return static_cast<Zet32s>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+constexpr Zet32s subWrap(Zet32s a, Zet32s b) {
+    return static_cast<Zet32s>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+constexpr Zet32s shiftLeftWrap(Zet32s value, int shift) {
+    return static_cast<Zet32s>(static_cast<uint32_t>(value) << shift);
+}
+
+constexpr Zet32s saturate32(int64_t value) {
+    return value > kMax32s ? kMax32s : value < kMin32s ? kMin32s : static_cast<Zet32s>(value);
+}
+constexpr Zet16s saturate16(Zet32s value) {
+    return static_cast<Zet16s>(value > 32767 ? 32767 : value < -32768 ? -32768 : value);
+}
+
+// value / 2^shift to nearest, ties to even; shift 1..62, value within 2^62 either way.
+constexpr int64_t roundShiftEven(int64_t value, int shift) {
+    const int64_t keptLowest = (value >> shift) & 1;
+    return (value + ((int64_t{1} << (shift - 1)) - 1) + keptLowest) >> shift;
+}
+
+// value / 2^shift to nearest, ties upwards; shift 1..31.
+constexpr Zet32s roundShift(Zet32s value, int shift) {
+    return static_cast<Zet32s>((static_cast<int64_t>(value) + (int64_t{1} << (shift - 1))) >>
+                               shift);
+}
+
+}  // namespace zetac::core

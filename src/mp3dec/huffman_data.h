@@ -1,0 +1,21 @@
+// The Huffman data of a granule (ISO/IEC 11172-3, 2.4.1.7, 2.4.2.7): big values and count1.
+#pragma once
+
+#include <zetac.h>
+
+namespace zetac::mp3 {
+
+inline constexpr int kRegions = 3;
+
+// Where the regions of the big values end, in lines; all even.
+struct BigValueRegions {
+    int end[kRegions];
+};
+
+// Reads hufSize bits, at least one, into 576 lines. zetStsOutOfRange when the big values have more,
+// and then the bound stays as it is.
+ZetStatus readHuffmanData(const Zet8u* byte, int offset, int hufSize,
+                          const BigValueRegions& regions, const ZetMP3GranuleSideInfo& info,
+                          Zet32s* lines, int& nonZeroBound);
+
+}  // namespace zetac::mp3

@@ -1,0 +1,54 @@
+// Spectral codebook 9 (ISO/IEC 14496-3, Table 4.A.10): pairs of magnitudes 0..12.
+// {length, codeword}, in ascending order of the tuple, first value most significant;
+// each row has the leading value y in front and runs through the last value z.
+#pragma once
+
+#include "tables/huffman_code.h"
+
+namespace zetac::tables {
+
+// clang-format off
+inline constexpr HuffmanCode kSpectralBook9[169] = {
+    /*  0 */ { 1, 0x0000}, { 3, 0x0005}, { 6, 0x0037}, { 8, 0x00e7}, { 9, 0x01de},
+             {10, 0x03ce}, {10, 0x03d9}, {11, 0x07c8}, {11, 0x07cd}, {12, 0x0fc8},
+             {12, 0x0fdd}, {13, 0x1fe4}, {13, 0x1fec},
+    /*  1 */ { 3, 0x0004}, { 4, 0x000c}, { 6, 0x0035}, { 7, 0x0072}, { 8, 0x00ea},
+             { 8, 0x00ed}, { 9, 0x01e2}, {10, 0x03d1}, {10, 0x03d3}, {10, 0x03e0},
+             {11, 0x07d8}, {12, 0x0fcf}, {12, 0x0fd5},
+    /*  2 */ { 6, 0x0036}, { 6, 0x0034}, { 7, 0x0071}, { 8, 0x00e8}, { 8, 0x00ec},
+             { 9, 0x01e1}, {10, 0x03cf}, {10, 0x03dd}, {10, 0x03db}, {11, 0x07d0},
+             {12, 0x0fc7}, {12, 0x0fd4}, {12, 0x0fe4},
+    /*  3 */ { 8, 0x00e6}, { 7, 0x0070}, { 8, 0x00e9}, { 9, 0x01dd}, { 9, 0x01e3},
+             {10, 0x03d2}, {10, 0x03dc}, {11, 0x07cc}, {11, 0x07ca}, {11, 0x07de},
+             {12, 0x0fd8}, {12, 0x0fea}, {13, 0x1fdb},
+    /*  4 */ { 9, 0x01df}, { 8, 0x00eb}, { 9, 0x01dc}, { 9, 0x01e6}, {10, 0x03d5},
+             {10, 0x03de}, {11, 0x07cb}, {11, 0x07dd}, {11, 0x07dc}, {12, 0x0fcd},
+             {12, 0x0fe2}, {12, 0x0fe7}, {13, 0x1fe1},
+    /*  5 */ {10, 0x03d0}, { 9, 0x01e0}, { 9, 0x01e4}, {10, 0x03d6}, {11, 0x07c5},
+             {11, 0x07d1}, {11, 0x07db}, {12, 0x0fd2}, {11, 0x07e0}, {12, 0x0fd9},
+             {12, 0x0feb}, {13, 0x1fe3}, {13, 0x1fe9},
+    /*  6 */ {11, 0x07c4}, { 9, 0x01e5}, {10, 0x03d7}, {11, 0x07c6}, {11, 0x07cf},
+             {11, 0x07da}, {12, 0x0fcb}, {12, 0x0fda}, {12, 0x0fe3}, {12, 0x0fe9},
+             {13, 0x1fe6}, {13, 0x1ff3}, {13, 0x1ff7},
+    /*  7 */ {11, 0x07d3}, {10, 0x03d8}, {10, 0x03e1}, {11, 0x07d4}, {11, 0x07d9},
+             {12, 0x0fd3}, {12, 0x0fde}, {13, 0x1fdd}, {13, 0x1fd9}, {13, 0x1fe2},
+             {13, 0x1fea}, {13, 0x1ff1}, {13, 0x1ff6},
+    /*  8 */ {11, 0x07d2}, {10, 0x03d4}, {10, 0x03da}, {11, 0x07c7}, {11, 0x07d7},
+             {11, 0x07e2}, {12, 0x0fce}, {12, 0x0fdb}, {13, 0x1fd8}, {13, 0x1fee},
+             {14, 0x3ff0}, {13, 0x1ff4}, {14, 0x3ff2},
+    /*  9 */ {11, 0x07e1}, {10, 0x03df}, {11, 0x07c9}, {11, 0x07d6}, {12, 0x0fca},
+             {12, 0x0fd0}, {12, 0x0fe5}, {12, 0x0fe6}, {13, 0x1feb}, {13, 0x1fef},
+             {14, 0x3ff3}, {14, 0x3ff4}, {14, 0x3ff5},
+    /* 10 */ {12, 0x0fe0}, {11, 0x07ce}, {11, 0x07d5}, {12, 0x0fc6}, {12, 0x0fd1},
+             {12, 0x0fe1}, {13, 0x1fe0}, {13, 0x1fe8}, {13, 0x1ff0}, {14, 0x3ff1},
+             {14, 0x3ff8}, {14, 0x3ff6}, {15, 0x7ffc},
+    /* 11 */ {12, 0x0fe8}, {11, 0x07df}, {12, 0x0fc9}, {12, 0x0fd7}, {12, 0x0fdc},
+             {13, 0x1fdc}, {13, 0x1fdf}, {13, 0x1fed}, {13, 0x1ff5}, {14, 0x3ff9},
+             {14, 0x3ffb}, {15, 0x7ffd}, {15, 0x7ffe},
+    /* 12 */ {13, 0x1fe7}, {12, 0x0fcc}, {12, 0x0fd6}, {12, 0x0fdf}, {13, 0x1fde},
+             {13, 0x1fda}, {13, 0x1fe5}, {13, 0x1ff2}, {14, 0x3ffa}, {14, 0x3ff7},
+             {14, 0x3ffc}, {14, 0x3ffd}, {15, 0x7fff},
+};
+// clang-format on
+
+}  // namespace zetac::tables

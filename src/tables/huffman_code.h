@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zetac::tables {
+
+// A codeword, right-aligned: its first transmitted bit is bit length - 1.
+struct HuffmanCode {
+    std::uint8_t length;
+    std::uint32_t codeword;
+};
+
+}  // namespace zetac::tables

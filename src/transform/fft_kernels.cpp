@@ -1,0 +1,17 @@
+#include "transform/fft_kernels.h"
+
+#include <utility>
+
+#include "core/levels.h"
+#include "transform/fft_real.h"
+
+#define ZETAC_ENGINE fft
+#define ZETAC_KERNELS "transform/fft_kernels.inc"
+#include "transform/every_width.inc"
+
+namespace zetac::transform {
+
+constexpr core::LevelTable<FftKernels> kFftKernels = {fft::sse2::kKernels, fft::sse2::kKernels,
+                                                      fft::avx2::kKernels, fft::avx512::kKernels};
+
+}  // namespace zetac::transform

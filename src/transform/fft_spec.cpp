@@ -1,0 +1,58 @@
+#include "transform/fft_spec.h"
+
+#include "core/constexpr_math.h"
+#include "transform/fft_real.h"
+
+namespace zetac::transform {
+namespace {
+
+int complexOrder(const FftParameters& parameters) {
+    return parameters.real && parameters.order > 0 ? parameters.order - 1 : parameters.order;
+}
+
+struct Pieces {
+    FftSpec* spec;
+    Zet32f* twiddles;
+    Zet32f* realTwiddles;
+};
+
+Pieces layOut(core::Layout& layout, const FftParameters& parameters) {
+    auto* spec = layout.take<FftSpec>();
+    auto* twiddles = layout.take<Zet32f>(fftTwiddleCount(complexOrder(parameters)), kCacheLine);
+    auto* real =
+        layout.take<Zet32f>(parameters.real ? realTwiddleCount(parameters.order) : 0, kCacheLine);
+    return {spec, twiddles, real};
+}
+
+Zet32f scaleFor(const FftParameters& parameters, int flagToDivide) {
+    const long double points = static_cast<long double>(uint64_t{1} << parameters.order);
+    if (parameters.flag == flagToDivide) return static_cast<Zet32f>(1 / points);
+    if (parameters.flag == zetFftDivBySqrtN)
+        return static_cast<Zet32f>(1 / core::squareRoot(points));
+    return 1;
+}
+
+}  // namespace
+
+FftSizes fftSizes(const FftParameters& parameters) {
+    core::Layout layout;
+    layOut(layout, parameters);
+    return {layout.size(), parameters.work};
+}
+
+FftSpec* makeFftSpec(const FftParameters& parameters, Zet8u* memory) {
+    core::Layout layout(memory);
+    const Pieces pieces = layOut(layout, parameters);
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a layout of memory yields a structure
+    *pieces.spec = {.header = {parameters.id, 0},
+                    .order = parameters.order,
+                    .bufSize = static_cast<int>(parameters.work),
+                    .forwardScale = scaleFor(parameters, zetFftDivFwdByN),
+                    .inverseScale = scaleFor(parameters, zetFftDivInvByN),
+                    .plan = makeFftPlan(complexOrder(parameters), pieces.twiddles),
+                    .realTwiddles = pieces.realTwiddles};
+    if (parameters.real) fillRealTwiddles(parameters.order, pieces.realTwiddles);
+    return pieces.spec;
+}
+
+}  // namespace zetac::transform

@@ -1,0 +1,17 @@
+#include "transform/mdct_kernels.h"
+
+#include <utility>
+
+#include "transform/fft_kernels.h"
+#include "transform/fft_real.h"
+
+#define ZETAC_ENGINE mdct
+#define ZETAC_KERNELS "transform/mdct_kernels.inc"
+#include "transform/every_width.inc"
+
+namespace zetac::transform {
+
+constexpr core::LevelTable<MdctKernels> kMdctKernels = {mdct::sse2::kMdct, mdct::sse2::kMdct,
+                                                        mdct::avx2::kMdct, mdct::avx512::kMdct};
+
+}  // namespace zetac::transform

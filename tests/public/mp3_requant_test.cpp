@@ -1,0 +1,481 @@
+// Requantisation and stereo of Layer III against a model in double precision that follows the
+// standard's own order: gains, stereo with its 1/sqrt(2), reordering by destination.
+#include <gtest/gtest.h>
+#include <zetac.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+#include <random>
+#include <vector>
+
+#include "support/guarded.h"
+
+namespace {
+
+using zetac::test::Guarded;
+
+constexpr int kLines = ZETAC_MP3_GRANULE_LEN;
+constexpr Zet32s kMax = 2147483647;
+constexpr int kMaxQuantised = 8206;
+constexpr int kUnity = 210;  // global_gain of a factor of 1
+
+// Band tables of all six rows: those of 22.05 and 44.1 kHz as the standard has them, the others
+// made up, with odd boundaries.
+constexpr int kRow22050 = 0, kRow44100 = 3;
+constexpr Zet16s kLong[6][23] = {{0,   6,   12,  18,  24,  30,  36,  44,  54,  66,  80, 96,
+                                  116, 140, 168, 200, 238, 284, 336, 396, 464, 522, 576},
+                                 {0,  5,  12,  18,  25,  30,  36,  37,  38,  40,  42, 44,
+                                  90, 91, 120, 160, 200, 201, 240, 300, 400, 575, 576},
+                                 {0,   6,   12,  18,  24,  30,  36,  50,  70,  90,  110, 130,
+                                  150, 170, 190, 210, 230, 250, 270, 290, 310, 330, 576},
+                                 {0,  4,  8,   12,  16,  20,  24,  30,  36,  44,  52, 62,
+                                  74, 90, 110, 134, 162, 196, 238, 288, 342, 418, 576},
+                                 {0,  3,  8,   11,  16,  21,  24,  30,  36,  39,  51, 63,
+                                  77, 91, 111, 133, 161, 195, 239, 289, 341, 419, 576},
+                                 {0,   4,   8,   12,  16,  20,  24,  30,  36,  136, 236, 336,
+                                  436, 440, 450, 460, 470, 480, 490, 500, 510, 520, 576}};
+constexpr Zet16s kShort[6][14] = {{0, 4, 8, 12, 18, 24, 32, 42, 56, 74, 100, 132, 174, 192},
+                                  {0, 3, 8, 12, 17, 23, 30, 40, 55, 74, 101, 131, 173, 192},
+                                  {0, 4, 8, 12, 14, 16, 18, 20, 22, 24, 100, 132, 180, 192},
+                                  {0, 4, 8, 12, 16, 22, 30, 40, 52, 66, 84, 106, 136, 192},
+                                  {0, 5, 6, 12, 19, 20, 33, 41, 57, 75, 99, 131, 191, 192},
+                                  {0, 4, 8, 12, 112, 114, 116, 118, 120, 130, 140, 150, 160, 192}};
+
+struct Granule {
+    ZetMP3Header header{};
+    ZetMP3GranuleSideInfo info[2]{};
+    Zet8s scaleFactors[2][ZETAC_MP3_SCF_MAX]{};
+    Zet32s lines[2][kLines]{};
+    int bound[2]{};
+
+    Granule() {
+        header.ID = 1;
+        header.layer = 1;
+        for (auto& channel : info) channel.global_gain = kUnity;
+    }
+    int row() const { return header.ID * 3 + header.sampling_frequency; }
+    int channels() const { return header.mode == 3 ? 1 : 2; }
+
+    void setBounds() {
+        for (int ch = 0; ch < 2; ++ch)
+            for (int i = 0; i < kLines; ++i)
+                if (lines[ch][i] != 0) bound[ch] = i + 1;
+    }
+    ZetStatus requantize() {
+        Guarded<Zet32s> buffer(kLines);
+        const ZetStatus status = zetsReQuantizeSfb_MP3_32s_I(
+            lines[0], bound, scaleFactors[0], info, &header, buffer.data(), kLong[0], kShort[0]);
+        EXPECT_TRUE(buffer.intact());
+        return status;
+    }
+};
+
+// ---- the law
+
+// A result is rounded to nearest from a product of two doubles that are themselves rounded: 3 *
+// 2^-53 of 2^31 on top of a half.
+constexpr double kRounding = 0.5 + 0x1p-20;
+
+// Every magnitude with every exponent from the quietest to the loudest, at all gains.
+TEST(Mp3Requant, followsThePowerLawEverywhere) {
+    std::vector<long double> power(kMaxQuantised + 1);
+    for (int q = 0; q <= kMaxQuantised; ++q) power[q] = q * cbrtl(q);
+    long double worst = 0;
+    for (int gain = 0; gain < 256; ++gain) {
+        const long double unit = exp2l(26 - (kUnity - gain) / 4.0L);
+        for (int first = 0; first <= kMaxQuantised; first += kLines) {
+            const int count = std::min(kLines, kMaxQuantised + 1 - first);
+            Granule granule;
+            for (int ch = 0; ch < 2; ++ch) granule.info[ch].global_gain = gain;
+            for (int i = 0; i < count; ++i)
+                granule.lines[1][i] = -(granule.lines[0][i] = first + i);
+            granule.setBounds();
+            ASSERT_EQ(granule.requantize(), zetStsOk);
+            for (int i = 0; i < count; ++i) {
+                const long double exact =
+                    std::min(power[first + i] * unit, static_cast<long double>(kMax));
+                worst = std::max(worst, fabsl(granule.lines[0][i] - exact));
+                ASSERT_EQ(granule.lines[1][i], -granule.lines[0][i]) << first + i;
+            }
+        }
+    }
+    EXPECT_LE(worst, kRounding);
+    RecordProperty("largest_error_in_units", std::to_string(worst));
+}
+
+TEST(Mp3Requant, refusesMagnitudesBeyondTheEscapes) {
+    for (const Zet32s x : {kMaxQuantised + 1, -kMaxQuantised - 1, 1 << 16, kMax, -kMax - 1}) {
+        Granule granule;
+        granule.lines[1][417] = x;
+        granule.setBounds();
+        EXPECT_EQ(granule.requantize(), zetStsOutOfRange) << x;
+        granule.header.mode = 3;  // one channel: the other is not looked at
+        EXPECT_EQ(granule.requantize(), zetStsOk);
+        EXPECT_EQ(granule.lines[1][417], x);
+        granule.header.mode = 0;
+        granule.bound[1] = 417;  // what lies beyond the bound is not looked at either
+        for (const int blockType : {0, 2}) {
+            granule.lines[1][0] = 1;
+            granule.info[1].block_type = blockType;
+            EXPECT_EQ(granule.requantize(), zetStsOk);
+        }
+    }
+}
+
+// ---- the whole stage
+
+enum { kLongWindow = -1 };
+
+// The standard's view of a coded line: its band, window, and where its scale factor stands.
+struct Place {
+    int band, window, scaleFactor, position;
+};
+
+std::vector<Place> placesOf(const Granule& granule, int ch) {
+    const auto& info = granule.info[ch];
+    const Zet16s* longStart = kLong[granule.row()];
+    const Zet16s* shortStart = kShort[granule.row()];
+    const bool isShort = info.block_type == 2;
+    const int longLines = !isShort ? kLines : info.mixed_block_flag ? 36 : 0;
+    std::vector<Place> places;
+    int scaleFactor = 0;
+    for (int band = 0; longStart[band] < longLines; ++band, ++scaleFactor)
+        places.insert(places.end(), longStart[band + 1] - longStart[band],
+                      {band, kLongWindow, scaleFactor, band == 21 ? 20 : scaleFactor});
+    for (int band = info.mixed_block_flag ? 3 : 0; isShort && band < 13; ++band)
+        for (int window = 0; window < 3; ++window, ++scaleFactor)
+            places.insert(places.end(), shortStart[band + 1] - shortStart[band],
+                          {band, window, scaleFactor, scaleFactor - (band == 12 ? 3 : 0)});
+    EXPECT_EQ(places.size(), static_cast<size_t>(kLines));
+    return places;
+}
+
+double clamp(double value) {
+    return std::clamp(value, -1.0 * kMax - (std::abs(value) > kMax), 1.0 * kMax);
+}
+
+class Model {
+  public:
+    explicit Model(const Granule& granule) : g_(granule) {
+        for (int ch = 0; ch < g_.channels(); ++ch) {
+            place_[ch] = placesOf(g_, ch);
+            for (int i = 0; i < kLines; ++i) value_[ch][i] = requantized(ch, i);
+        }
+        if (g_.header.mode == 1) undoStereo();
+        for (int ch = 0; ch < g_.channels(); ++ch) reorder(ch);
+    }
+    double value(int ch, int line) const { return value_[ch][line]; }
+
+  private:
+    double requantized(int ch, int line) const {
+        static constexpr int pretab[22] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                                           1, 1, 1, 1, 2, 2, 3, 3, 3, 2, 0};
+        const auto& info = g_.info[ch];
+        const Place& place = place_[ch][line];
+        const int x = g_.lines[ch][line];
+        const double multiplier = info.scalefac_scale ? 1 : 0.5;
+        double exponent = (info.global_gain - kUnity) / 4.0;
+        exponent -= multiplier * std::abs(g_.scaleFactors[ch][place.scaleFactor]);
+        if (place.window == kLongWindow)
+            exponent -= info.preflag ? multiplier * pretab[place.band] : 0;
+        else
+            exponent -= 2 * info.subblock_gain[place.window];
+        return std::copysign(std::pow(std::abs(x), 4.0 / 3) * std::exp2(exponent + 26), x);
+    }
+
+    // Intensity begins above the last band, of this window, in which the right channel has a line.
+    bool isAboveRight(const Place& place) const {
+        for (int i = kLines - 1; i >= 0; --i) {
+            const Place& other = place_[1][i];
+            if (g_.lines[1][i] == 0) continue;
+            if (place.window == other.window) return place.band > other.band;
+            if (place.window == kLongWindow) return false;
+        }
+        return true;
+    }
+
+    void undoStereo() {
+        const bool middleSide = (g_.header.mode_extension & 2) != 0;
+        std::array<bool, kLines> above{};
+        for (int i = 0; i < kLines; ++i)
+            above[i] = (g_.header.mode_extension & 1) != 0 &&
+                       (i > 0 && samePlace(i, i - 1) ? above[i - 1] : isAboveRight(place_[1][i]));
+        for (int i = 0; i < kLines; ++i) {
+            const int position = g_.scaleFactors[1][place_[1][i].position];
+            const bool legal = g_.header.ID ? position != 7 : position >= 0;
+            double &l = value_[0][i], &r = value_[1][i];
+            if (above[i] && legal) {
+                panned(position, clamp(l), l, r);
+            } else if (middleSide) {
+                const double m = clamp(l / std::sqrt(2)), s = clamp(r / std::sqrt(2));
+                l = m + s;
+                r = m - s;
+            }
+        }
+    }
+    bool samePlace(int i, int j) const {
+        return place_[1][i].band == place_[1][j].band && place_[1][i].window == place_[1][j].window;
+    }
+
+    void panned(int position, double sum, double& l, double& r) const {
+        if (g_.header.ID) {
+            const double ratio = std::tan(position * M_PI / 12);
+            l = position == 6 ? sum : sum * ratio / (1 + ratio);
+            r = position == 6 ? 0 : sum / (1 + ratio);
+        } else {
+            const double i0 = std::exp2(g_.info[1].scalefac_compress % 2 ? -0.5 : -0.25);
+            l = position % 2 ? sum * std::pow(i0, (position + 1) / 2) : sum;
+            r = position % 2 ? sum : sum * std::pow(i0, position / 2);
+        }
+    }
+
+    void reorder(int ch) {
+        const auto& info = g_.info[ch];
+        if (info.block_type != 2) return;
+        const auto coded = value_[ch];
+        const Zet16s* start = kShort[g_.row()];
+        const int base = info.mixed_block_flag ? 36 : 0;
+        for (int i = base; i < kLines; ++i) {
+            const int subband = i / 18, window = i % 18 / 6, line = subband * 6 + i % 6;
+            int band = 0;
+            while (start[band + 1] <= line) ++band;
+            const int width = start[band + 1] - start[band];
+            value_[ch][i] = coded[3 * start[band] + window * width + line - start[band]];
+        }
+    }
+
+    const Granule& g_;
+    std::vector<Place> place_[2];
+    std::array<double, kLines> value_[2];
+};
+
+class RandomGranules {
+  public:
+    Granule next() {
+        Granule g;
+        g.header.ID = below(2);
+        g.header.sampling_frequency = below(3);
+        g.header.mode = below(3) ? 1 : below(4);
+        g.header.mode_extension = below(4);
+        for (int ch = 0; ch < 2; ++ch) {
+            g.info[ch] = ch == 1 && g.header.mode == 1 ? g.info[0] : info(g.header);
+            g.info[ch].global_gain = (below(8) ? 130 : 210) + below(46);
+            for (Zet8s& scaleFactor : g.scaleFactors[ch])
+                scaleFactor = static_cast<Zet8s>(below(ch == 1 ? 8 : 16));
+            if (g.header.ID == 0 && ch == 1)
+                for (Zet8s& scaleFactor : g.scaleFactors[ch])
+                    scaleFactor = static_cast<Zet8s>(below(4) ? scaleFactor + below(24) : -7);
+            fill(g, ch);
+        }
+        g.setBounds();
+        return g;
+    }
+
+  private:
+    int below(int n) { return static_cast<int>(generator_() % static_cast<unsigned>(n)); }
+
+    ZetMP3GranuleSideInfo info(const ZetMP3Header& header) {
+        ZetMP3GranuleSideInfo i{};
+        i.block_type = below(2) ? 2 : below(4);
+        i.mixed_block_flag = below(2);
+        i.scalefac_compress = below(header.ID ? 16 : 512);
+        for (Zet32s& gain : i.subblock_gain) gain = i.block_type == 2 ? below(8) : -99;
+        i.preflag = below(2);
+        i.scalefac_scale = below(2);
+        return i;
+    }
+
+    // Lines up to a bound, sparse towards it, so that windows end in different bands.
+    void fill(Granule& g, int ch) {
+        const int end = below(3) ? below(kLines + 1) : below(60);
+        const int largest = below(4) ? 15 : kMaxQuantised;
+        for (int i = 0; i < end; ++i)
+            if (below(end) >= i || below(40) == 0)
+                g.lines[ch][i] = (below(2) ? 1 : -1) * below(1 + below(largest + 1));
+        for (int w = below(9); w < 3; ++w)  // no lines in some windows
+            for (int i = 0; i < end; ++i)
+                if (g.info[ch].block_type == 2 && placesOf(g, ch)[i].window == w)
+                    g.lines[ch][i] = 0;
+    }
+
+    std::mt19937 generator_{5};
+};
+
+// Two rounded values are added in middle/side. In intensity the share is rounded to 31 bits, or is
+// the largest fraction, and product and shift round down: four units at most.
+constexpr double kTolerance = 4;
+
+TEST(Mp3Requant, agreesWithTheModelOnRandomGranules) {
+    RandomGranules random;
+    for (int trial = 0; trial < 4000; ++trial) {
+        const Granule before = random.next();
+        Granule after = before;
+        ASSERT_EQ(after.requantize(), zetStsOk);
+        const Model model(before);
+        for (int ch = 0; ch < before.channels(); ++ch) {
+            SCOPED_TRACE(testing::Message()
+                         << "trial " << trial << " channel " << ch << " ID " << before.header.ID
+                         << " mode " << before.header.mode << "/" << before.header.mode_extension
+                         << " block " << before.info[ch].block_type
+                         << before.info[ch].mixed_block_flag);
+            for (int i = 0; i < kLines; ++i)
+                ASSERT_NEAR(after.lines[ch][i], clamp(model.value(ch, i)), kTolerance) << i;
+            const auto end = std::find_if(std::rbegin(after.lines[ch]), std::rend(after.lines[ch]),
+                                          [](Zet32s line) { return line != 0; });
+            const auto last = static_cast<int>(std::rend(after.lines[ch]) - end);
+            if (before.info[ch].block_type == 2)
+                ASSERT_EQ(after.bound[ch], last);
+            else
+                ASSERT_GE(after.bound[ch], last);
+            ASSERT_LE(after.bound[ch], kLines);
+        }
+    }
+}
+
+// The tables of the library, at two rows that are spelt out above.
+TEST(Mp3Requant, hasTheBandTablesOfTheStandard) {
+    RandomGranules random;
+    for (int trial = 0; trial < 400; ++trial) {
+        Granule own = random.next();
+        own.header.sampling_frequency = 0;
+        static_assert(kRow22050 == 0 && kRow44100 == 3);
+        Granule given = own;
+        Zet32s buffer[kLines];
+        ASSERT_EQ(zetsReQuantize_MP3_32s_I(own.lines[0], own.bound, own.scaleFactors[0], own.info,
+                                           &own.header, buffer),
+                  zetStsOk);
+        ASSERT_EQ(given.requantize(), zetStsOk);
+        for (int ch = 0; ch < own.channels(); ++ch) {
+            ASSERT_TRUE(std::ranges::equal(own.lines[ch], given.lines[ch])) << trial;
+            ASSERT_EQ(own.bound[ch], given.bound[ch]) << trial;
+        }
+    }
+}
+
+Granule jointGranule(int modeExtension) {
+    Granule granule;
+    granule.header.mode = 1;
+    granule.header.mode_extension = modeExtension;
+    return granule;
+}
+
+// The loudest middle and side of all: sums stop at the limits instead of wrapping.
+TEST(Mp3Requant, saturatesMiddleSide) {
+    Granule granule = jointGranule(2);
+    for (auto& channel : granule.info) channel.global_gain = 255;
+    const Zet32s middle[] = {8206, 8206, -8206, -8206, 8206, -8206};
+    const Zet32s side[] = {8206, -8206, 8206, -8206, 0, 0};
+    std::copy(std::begin(middle), std::end(middle), granule.lines[0]);
+    std::copy(std::begin(side), std::end(side), granule.lines[1]);
+    granule.setBounds();
+    ASSERT_EQ(granule.requantize(), zetStsOk);
+    const std::array left = {kMax, 0, 0, -kMax - 1, kMax, -kMax};
+    const std::array right = {0, kMax, -kMax - 1, 0, kMax, -kMax};
+    EXPECT_TRUE(std::equal(left.begin(), left.end(), granule.lines[0]));
+    EXPECT_TRUE(std::equal(right.begin(), right.end(), granule.lines[1]));
+}
+
+// Positions count only where the left channel has lines to share.
+TEST(Mp3Requant, refusesPositionsBeyondTheTable) {
+    for (const int blockType : {0, 2}) {
+        Granule granule = jointGranule(1);
+        for (auto& channel : granule.info) channel.block_type = blockType;
+        std::fill_n(granule.scaleFactors[1], ZETAC_MP3_SCF_MAX, Zet8s{8});
+        EXPECT_EQ(granule.requantize(), zetStsOk);
+        granule.lines[0][0] = granule.bound[0] = 1;
+        EXPECT_EQ(granule.requantize(), zetStsOutOfRange);
+        granule.header.ID = 0;  // LSF has positions up to 30
+        granule.lines[0][0] = 1;
+        EXPECT_EQ(granule.requantize(), zetStsOk);
+    }
+}
+
+// ---- power functions
+
+TEST(Mp3Power, pow43IsRoundedToNearest) {
+    constexpr int kBeyond = kMaxQuantised + 3;  // taken as the largest
+    std::vector<Zet16s> x(2 * kBeyond + 1);
+    std::iota(x.begin(), x.end(), static_cast<Zet16s>(-kBeyond));
+    Guarded<Zet32f> y(x.size());
+    ASSERT_EQ(zetsPow43_16s32f(x.data(), y.data(), static_cast<int>(x.size())), zetStsOk);
+    for (size_t i = 0; i < x.size(); ++i) {
+        const int q = std::clamp<int>(x[i], -kMaxQuantised, kMaxQuantised);
+        ASSERT_EQ(y[i], static_cast<float>(q * cbrtl(std::abs(q)))) << x[i];
+    }
+    EXPECT_TRUE(y.intact());
+    const Zet16s lowest = -32768;
+    ASSERT_EQ(zetsPow43_16s32f(&lowest, y.data(), 1), zetStsOk);
+    EXPECT_EQ(y[0], static_cast<float>(-8206 * cbrtl(8206)));
+}
+
+// Three roundings to half a unit, one of them halved by the root behind it, and a fourth: 1.75 *
+// 2^-23 of the value.
+TEST(Mp3Power, pow34IsGoodToSinglePrecision) {
+    constexpr int kLen = 1021;
+    std::mt19937 generator(3);
+    for (int exponent = -149; exponent < 128; ++exponent) {
+        Guarded<Zet32f> x(kLen), y(kLen, 4);
+        for (int i = 0; i < kLen; ++i) {
+            const long double mantissa = 1 + (generator() >> 9) * 0x1p-23L;
+            x.data()[i] = static_cast<float>(ldexpl(i % 2 ? -mantissa : mantissa, exponent));
+        }
+        ASSERT_EQ(zetsPow34_32f(x.data(), y.data(), kLen), zetStsMisaligned);
+        EXPECT_TRUE(y.intact());
+        for (int i = 0; i < kLen; ++i) {
+            const long double exact = powl(fabsl(x[i]), 0.75L);
+            ASSERT_LE(fabsl(y[i] - exact), exact * 1.75 * 0x1p-23) << x[i];
+        }
+    }
+    alignas(16) const Zet32f special[4] = {0, -0.0f, INFINITY, -16};
+    alignas(16) Zet32f y[4];
+    ASSERT_EQ(zetsPow34_32f(special, y, 4), zetStsOk);
+    EXPECT_TRUE(y[0] == 0 && y[1] == 0 && y[2] == INFINITY && y[3] == 8);
+}
+
+Zet16s rounded(long double value) {
+    return static_cast<Zet16s>(std::min(rintl(value), 32767.0L));
+}
+
+TEST(Mp3Power, pow34To16BitsIsRoundedToNearest) {
+    constexpr int kLen = 200001;
+    std::mt19937 generator(4);
+    Guarded<Zet32f> x(kLen);
+    Guarded<Zet16s> y(kLen, 2);
+    for (int i = 0; i < kLen; ++i) {
+        const auto magnitude = static_cast<float>(std::exp2(generator() * 0x1p-32 * 24 - 3));
+        x.data()[i] = i % 2 ? -magnitude : magnitude;
+    }
+    ASSERT_EQ(zetsPow34_32f16s(x.data(), y.data(), kLen), zetStsMisaligned);
+    EXPECT_TRUE(y.intact());
+    for (int i = 0; i < kLen; ++i) ASSERT_EQ(y[i], rounded(powl(fabsl(x[i]), 0.75L))) << x[i];
+
+    alignas(16) const Zet32f special[5] = {0, INFINITY, -1e38f, 1048576, 1e-40f};
+    alignas(16) Zet16s limited[5];
+    ASSERT_EQ(zetsPow34_32f16s(special, limited, 5), zetStsOk);
+    EXPECT_TRUE(std::ranges::equal(limited, std::array{0, 32767, 32767, 32767, 0}));
+}
+
+// The scale factors go under the root, where they are exact: there are ties, and they go to even.
+TEST(Mp3Power, pow34WithScaleFactorsIsRoundedToNearest) {
+    std::vector<Zet16s> x(65535), y(65535);
+    for (int i = 0; i < 65535; ++i) x[i] = static_cast<Zet16s>(i - 32768);
+    const int extremes[] = {std::numeric_limits<int>::min(), std::numeric_limits<int>::max()};
+    for (const int in : {-40, -5, -2, -1, 0, 1, 2, 7, 40, extremes[0], extremes[1]}) {
+        for (const int out : {-12, -3, 0, 1, 4, 30, extremes[0], extremes[1]}) {
+            ASSERT_EQ(zetsPow34_16s_Sfs(x.data(), in, y.data(), out, 65535), zetStsOk);
+            const long double factor = exp2l(-3.0L * in - 4.0L * out);
+            for (int i = 0; i < 65535; ++i) {
+                const long double cube = powl(std::abs(x[i]), 3);
+                const long double exact = x[i] == 0 ? 0 : sqrtl(sqrtl(cube * factor));
+                ASSERT_EQ(y[i], rounded(exact)) << x[i] << " " << in << " " << out;
+            }
+        }
+    }
+    constexpr Zet16s kTie = 9604;  // 9604^(3/4) * 2^(-5/2) = 171.5
+    ASSERT_EQ(zetsPow34_16s_Sfs(&kTie, -2, y.data(), 4, 1), zetStsOk);
+    EXPECT_EQ(y[0], 172);
+}
+
+}  // namespace

@@ -1,0 +1,104 @@
+// A decoder of AAC Main, LC and LTP assembled from the functions of the library: a model to copy.
+//
+//     auto stream = openStream(bytes);             // kReadAhead bytes must follow the data
+//     AacDecoder decoder;
+//     std::vector<Zet16s> pcm(kPcmValuesMax);
+//     RawBlock block;
+//     while (stream->next(block)) {
+//         const DecodedFrame frame = decoder.decode(block, pcm.data());
+//         stream->finish(frame.bytesUsed, !failed(frame.fault));
+//         write(pcm.data(), frame.channels * ZETAC_AAC_FRAME_LEN);
+//     }
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#pragma once
+
+#include <zetac.h>
+
+#include <memory>
+#include <vector>
+
+#include "aac_block.h"
+#include "aac_prediction.h"
+#include "aac_stream.h"
+
+namespace zetac::codec {
+
+/** Room for the PCM values of any frame. */
+inline constexpr size_t kPcmValuesMax = size_t{kChannelsMax} * ZETAC_AAC_FRAME_LEN;
+
+enum class ChannelOrder {
+    kWav,    // as WAV files hold their channels: left, right, centre, low frequency, ...
+    kStream  // as the elements come: centre, left, right, ...
+};
+
+struct DecoderOptions {
+    ChannelOrder order = ChannelOrder::kWav;
+    bool substituteNoise = true;  // false: bands of perceptual noise stay empty
+};
+
+/** What became of one block. */
+struct DecodedFrame {
+    Fault fault = Fault::kNone;
+    size_t bytesUsed = 0;  // bytes of the block, up to its end or to where its fault was noticed
+    int channels = 0;      // in the output; 0: there is none, because no layout is known yet
+};
+
+/** Decodes one stream. A block that cannot be decoded is concealed: the signal fades out within
+ *  that frame and returns with the next good one. */
+class AacDecoder {
+  public:
+    explicit AacDecoder(DecoderOptions options = {}) : options_(options) {}
+
+    /** @param pcm  out: 1024 samples of every channel, interleaved; room for kPcmValuesMax, or for
+     *              1024 times the channels once these are known */
+    DecodedFrame decode(const RawBlock& block, Zet16s* pcm);
+
+    /** The parsed block; spectra are used up by decode(). */
+    BlockParser& parser() { return parser_; }
+    const BlockParser& parser() const { return parser_; }
+
+    int sampleRate() const { return parser_.format().sampleRate(); }
+
+    /** All memory that lives from frame to frame. */
+    size_t stateBytes() const;
+
+  private:
+    /** What a channel remembers from frame to frame. */
+    struct ChannelState {
+        alignas(64) Zet32s overlap[ZETAC_AAC_FRAME_LEN] = {};
+        Zet32s random = 0;
+        int previousShape = zetAacSine;
+        std::unique_ptr<MainPrediction> main;          // Main profile
+        std::unique_ptr<LongTermPrediction> longTerm;  // LTP profile; it has the overlap then
+    };
+
+    Fault open(const RawBlock& block);
+    void allocate();
+    Fault decodeSpectra();
+    Fault decodeElement(AudioElement& element);
+    Fault decodePair(AudioElement& element);
+    void substituteNoise(ChannelData& channel, Zet32s& random) const;
+    Fault dequantise(ChannelData& channel, ChannelState& state);
+    Fault predict(ChannelData& channel, ChannelState& state);
+    void substituteNoise(const ZetAACChanPairElt& pair, ChannelData& left, ChannelData& right,
+                         Zet32s& random) const;
+    Fault finishSpectrum(ChannelData& channel);
+    void synthesise(Zet16s* pcm);
+    bool isPlanar() const { return !planes_.empty(); }
+    ChannelState& stateOf(int channel) { return states_[static_cast<size_t>(channel)]; }
+    void conceal();
+
+    int outputPosition(int channel) const;
+
+    DecoderOptions options_;
+    BlockParser parser_;
+    bool isOpen_ = false;
+    Fault refusal_ = Fault::kNone;
+    std::unique_ptr<ChannelState[]> states_;
+    std::vector<Zet16s> planes_;  // three channels and more, or LTP: each channel's samples
+    const Zet16s* planeOrder_[kChannelsMax] = {};
+};
+
+}  // namespace zetac::codec

@@ -1,0 +1,46 @@
+// The commands of zetac.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace zetac::tool {
+
+/** Exit statuses; of several files the worst one counts. */
+enum class Outcome : int {
+    kGood = 0,
+    kDamaged = 1,  // something was concealed or passed over
+    kFailed = 2,   // a file could not be read, decoded or written
+    kInterrupted = 130
+};
+
+inline Outcome worse(Outcome a, Outcome b) {
+    return std::max(a, b);
+}
+
+struct InfoOptions {
+    std::vector<std::string> files;
+    bool asJson = false;
+};
+
+/** Prints what the files are. */
+Outcome runInfo(const InfoOptions& options);
+
+struct DecodeOptions {
+    std::vector<std::string> files;
+    std::string output;  // file, folder or "-"; empty: beside the input
+    int jobs = 0;        // files at once; 0: one per processor
+    bool isForced = false;
+    bool isQuiet = false;
+    bool isStrict = false;
+    bool isTrimmed = true;  // of the samples that the encoder added
+};
+
+/** Decodes the files to WAV. */
+Outcome runDecode(const DecodeOptions& options);
+
+}  // namespace zetac::tool
