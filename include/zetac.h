@@ -1678,6 +1678,51 @@ ZETAC_API ZetStatus zetsSynthesisFilter_PQMF_MP3_32f(const Zet32f* pSrc, Zet32f*
                                                      int mode);
 
 /* ------------------------------------------------------------------------------------------------
+ * MP3 encoding: records
+ * --------------------------------------------------------------------------------------------- */
+
+/** What the psychoacoustic model delivers for one granule and channel. */
+typedef struct ZetMP3PsyOutput {
+    Zet32s ratio[36]; /**< threshold over energy, Q31; 0x7FFFFFFF: no energy. Long blocks: bands
+                           0..20; short blocks: [12 bands][3 windows] */
+    Zet32s pe;        /**< perceptual entropy */
+} ZetMP3PsyOutput;
+
+/** Bits that earlier frames left for later ones (ISO/IEC 11172-3, C.1.5.4.2.2). */
+typedef struct ZetMP3BitReservoir {
+    Zet32s held;     /**< bits in the reservoir */
+    Zet32s capacity; /**< bits that it may hold */
+} ZetMP3BitReservoir;
+
+/* ------------------------------------------------------------------------------------------------
+ * MP3 encoding: analysis filter bank and forward MDCT
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * MP3 encoding: psychoacoustic model two
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * MP3 encoding: quantisation and rate control
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * MP3 encoding: packing
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * SBR: floating QMF banks
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * SBR: fixed-point QMF banks
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * SBR: prediction, detection and the encoder's bank
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
  * Escape-block VLC: blocks of values in a variable-length code of the caller, with the escapes of
  * Layer III (a magnitude of 15 is followed by escLen bits, the linbits) or of AAC (a magnitude of
  * 16 is followed by an escape sequence).
