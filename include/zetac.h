@@ -1955,7 +1955,7 @@ ZETAC_API ZetStatus zetsPredictCoef_SBR_C_32fc_D2L(const Zet32fc* const pSrc[], 
  * once, where the grid of a frame (ISO/IEC 14496-3, 4.6.18.3.3) should have a border. Against the
  * mean P of a band's past, a slot of energy E rises by max(0, E - P) / (E + P + floor); the
  * strength of a slot is the mean over all bands, 0 to 1 (bands that jump by 10 dB: 0.8; stationary
- * noise: about 0.1). Then P moves by a quarter of E - P. The same bits on every processor.
+ * noise: about 0.12). Then P moves by a quarter of E - P. The same bits on every processor.
  *  @param pSrc       energies |X|^2, [numSlots][len], slot after slot
  *  @param pHistory   in/out: the mean past energies P of len bands, zeroed at the start
  *  @param pStrength  out: numSlots strengths
