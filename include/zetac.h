@@ -1711,8 +1711,210 @@ typedef struct ZetMP3BitReservoir {
  * --------------------------------------------------------------------------------------------- */
 
 /* ------------------------------------------------------------------------------------------------
- * SBR: floating QMF banks
+ * SBR: floating QMF banks (ISO/IEC 14496-3, 4.6.18.4): 32-band analysis, 64-band synthesis (twice
+ * the rate) and 32-band "down" synthesis (the rate of the input), each for real and for complex
+ * subband samples. Complex samples come as two matrices of singles (_32f) or as one of Zet32fc.
+ *
+ * A matrix of subband samples is an array of row pointers, one row per time slot, low bands first
+ * (D2L). Rows may lie anywhere, but no destination may overlap a source; they are neither
+ * checked nor copied.
+ *
+ * Modulation. With w the window of 320 values (c[2i] of the standard's prototype c) and x[0] the
+ * newest sample, u[n] = sum over j = 0..4 of w[n + 64 j] x[n + 64 j], the analysis of a slot is
+ *     complex  X[k] = 2 sum over n = 0..63 of u[n] exp(i pi/64 (k + 1/2)(2n - 1/2)),   k = 0..31,
+ *     real     X[k] = 2 sum over n = 0..63 of u[n] cos(pi/64 (k + 1/2)(2n - 96)).
+ * With B bands, 64 or 32, synthesis makes 2B new values of a slot,
+ *     complex  v[n] = 1/64 Re sum over k of X[k] exp(i pi/(2B) (k + 1/2)(2n - p)),
+ *              p = 255 for B = 64, p = 127.5 for B = 32,
+ *     real     v[n] = 1/32 sum over k of X[k] cos(pi/(2B) (k + 1/2)(2n - B)),
+ * and, v[0] being the newest value and c the window of 10 B values, B samples
+ *     out[n] = sum over i = 0..4 of v[4B i + n] c[2B i + n] + v[4B i + 3B + n] c[2B i + B + n].
+ *
+ * Gain. Analysis followed by synthesis of the same kind has unit gain, reconstructs to 59.5 dB (the
+ * prototype's own limit) and delays by 578 samples of the 64-band output, 289 of the 32-band one:
+ * input sample m is centred at output sample 2 m + 578, or m + 289. A sinusoid of amplitude A in
+ * the middle of a band has samples of magnitude 45.2 A, of either kind.
+ *
+ * The kinds differ in phase and do not mix: with X complex, the real bank's sample is
+ * Re(X[k] exp(-i pi/64 (k + 1/2) 95.5)), not Re X[k], and its synthesis kernel is twice the real
+ * part of the complex one times exp(i pi/128 (k + 1/2) 191).
+ *
+ * Results are the same bits on every processor, at any alignment, and however a stream is cut into
+ * calls. A state holds one stream: it advances with every call, although its pointer is const.
  * --------------------------------------------------------------------------------------------- */
+
+/** The prototype c of the QMF banks (ISO/IEC 14496-3, table 4.A.87); window of the 64-band
+ *  synthesis. The banks of 32 bands take every second value of it. */
+extern ZETAC_API const Zet32f SBR_TAB_QMF_WINDOW_640_FP[640];
+/** The prototype, Q31. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_640_INT_Q31[640];
+/** The prototype, Q30, rounded from its exact values too. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_640_INT_Q30[640];
+/** Every second value of the prototype, c[2i], Q31. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_320_INT_Q31[320];
+/** Every second value of the prototype, c[2i], Q30. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_320_INT_Q30[320];
+
+/** State of a bank; opaque. */
+typedef struct ZetsAnalysisFilterSpec_SBR_RToR_32f ZetsAnalysisFilterSpec_SBR_RToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsAnalysisFilterSpec_SBR_RToC_32f ZetsAnalysisFilterSpec_SBR_RToC_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsAnalysisFilterSpec_SBR_RToC_32f32fc ZetsAnalysisFilterSpec_SBR_RToC_32f32fc;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisFilterSpec_SBR_RToR_32f ZetsSynthesisFilterSpec_SBR_RToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisFilterSpec_SBR_CToR_32f ZetsSynthesisFilterSpec_SBR_CToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisFilterSpec_SBR_CToR_32fc32f ZetsSynthesisFilterSpec_SBR_CToR_32fc32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisDownFilterSpec_SBR_RToR_32f ZetsSynthesisDownFilterSpec_SBR_RToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisDownFilterSpec_SBR_CToR_32f ZetsSynthesisDownFilterSpec_SBR_CToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f;
+
+/** Sizes in bytes of a bank's memory, of any alignment.
+ *  @param pSizeSpec  out: the state
+ *  @param pSizeInit  out: memory that Init borrows
+ *  @param pSizeWork  out: work buffer of every call
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                           int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f(int* pSizeSpec, int* pSizeInit,
+                                                           int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f32fc(int* pSizeSpec, int* pSizeInit,
+                                                               int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                            int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                            int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
+                                                                int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                                int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                                int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
+                                                                    int* pSizeWork);
+
+/** Lays a bank's state out in memory of the caller, with silence behind it; also starts a stream
+ *  anew. The state lives in pMemSpec until the caller takes that memory back.
+ *  @param ppSpec    out: the state
+ *  @param pMemSpec  memory of GetSize's first size
+ *  @param pMemInit  memory of the second size, not needed afterwards
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBR_RToR_32f(
+    ZetsAnalysisFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f(
+    ZetsAnalysisFilterSpec_SBR_RToC_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f32fc(
+    ZetsAnalysisFilterSpec_SBR_RToC_32f32fc** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBR_RToR_32f(
+    ZetsSynthesisFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBR_CToR_32f(
+    ZetsSynthesisFilterSpec_SBR_CToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBR_CToR_32fc32f(
+    ZetsSynthesisFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBR_RToR_32f(
+    ZetsSynthesisDownFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32f(
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32fc32f(
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+
+/** Analysis of numSlots slots of 32 samples into real subband samples (ISO/IEC 14496-3,
+ *  4.6.18.8.2.1).
+ *  @param pSrc      32 * numSlots samples
+ *  @param pDst      out: rows offset .. offset + numSlots - 1, of 32 samples each, are written
+ *  @param pWindow   320 values: every second one of SBR_TAB_QMF_WINDOW_640_FP
+ *  @param numSlots  below 1: nothing happens
+ *  @param offset    row of the first slot
+ *  @param kx        0..32: bands from here on are set to 0
+ *  @param pSpec     the bank's state
+ *  @param pWorkBuf  memory of GetSize's third size
+ *  Checks: pSpec or pWindow null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch;
+ *  pSrc, pDst or pWorkBuf null: zetStsNullPointer; kx: zetStsBadSize. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBR_RToR_32f_D2L(
+    const Zet32f* pSrc, Zet32f* pDst[], const Zet32f* pWindow, int numSlots, int offset, int kx,
+    const ZetsAnalysisFilterSpec_SBR_RToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Analysis into complex subband samples, real and imaginary parts in rows of their own (ISO/IEC
+ *  14496-3, 4.6.18.4.1). Arguments as for zetsAnalysisFilter_SBR_RToR_32f_D2L.
+ *  Checks: pSpec, pWindow or pWorkBuf null: zetStsNullPointer; not this bank's state:
+ *  zetStsSpecMismatch; kx: zetStsBadSize; pSrc or a destination null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBR_RToC_32f_D2L(
+    const Zet32f* pSrc, Zet32f* pDstRe[], Zet32f* pDstIm[], const Zet32f* pWindow, int numSlots,
+    int offset, int kx, const ZetsAnalysisFilterSpec_SBR_RToC_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Analysis into rows of Zet32fc. Arguments and checks as for
+ *  zetsAnalysisFilter_SBR_RToC_32f_D2L. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBR_RToC_32f32fc_D2L(
+    const Zet32f* pSrc, Zet32fc* pDst[], const Zet32f* pWindow, int numSlots, int offset, int kx,
+    const ZetsAnalysisFilterSpec_SBR_RToC_32f32fc* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis of numSlots slots of 64 samples from real subband samples (ISO/IEC 14496-3,
+ *  4.6.18.8.2.2).
+ *  @param pSrc      numSlots rows of 64 samples
+ *  @param pDst      out: 64 * numSlots samples
+ *  @param pWindow   640 values: SBR_TAB_QMF_WINDOW_640_FP
+ *  @param numSlots  below 1: nothing happens
+ *  @param pSpec     the bank's state
+ *  @param pWorkBuf  memory of GetSize's third size
+ *  Checks: pSpec or pWindow null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch;
+ *  pSrc, pDst or pWorkBuf null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBR_RToR_32f_D2L(
+    const Zet32f* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisFilterSpec_SBR_RToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis from complex subband samples, real and imaginary parts in rows of their own (ISO/IEC
+ *  14496-3, 4.6.18.4.2). Arguments as for zetsSynthesisFilter_SBR_RToR_32f_D2L.
+ *  Checks: pSpec, pWindow or pWorkBuf null: zetStsNullPointer; not this bank's state:
+ *  zetStsSpecMismatch; a source or pDst null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBR_CToR_32f_D2L(
+    const Zet32f* pSrcRe[], const Zet32f* pSrcIm[], Zet32f* pDst, const Zet32f* pWindow,
+    int numSlots, const ZetsSynthesisFilterSpec_SBR_CToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis from rows of Zet32fc. Arguments and checks as for
+ *  zetsSynthesisFilter_SBR_CToR_32f_D2L. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBR_CToR_32fc32f_D2L(
+    const Zet32fc* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisFilterSpec_SBR_CToR_32fc32f* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis at the rate of the input: zetsSynthesisFilter_SBR_RToR_32f_D2L with rows of 32
+ *  samples, 32 samples out per slot and 320 values of window, those of the analysis. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_RToR_32f_D2L(
+    const Zet32f* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisDownFilterSpec_SBR_RToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** zetsSynthesisFilter_SBR_CToR_32f_D2L at the rate of the input (ISO/IEC 14496-3, 4.6.18.4.3);
+ *  sizes as for zetsSynthesisDownFilter_SBR_RToR_32f_D2L. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_CToR_32f_D2L(
+    const Zet32f* pSrcRe[], const Zet32f* pSrcIm[], Zet32f* pDst, const Zet32f* pWindow,
+    int numSlots, const ZetsSynthesisDownFilterSpec_SBR_CToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** zetsSynthesisFilter_SBR_CToR_32fc32f_D2L at the rate of the input; sizes as for
+ *  zetsSynthesisDownFilter_SBR_RToR_32f_D2L. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_CToR_32fc32f_D2L(
+    const Zet32fc* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f* pSpec, Zet8u* pWorkBuf);
 
 /* ------------------------------------------------------------------------------------------------
  * SBR: fixed-point QMF banks
@@ -1721,6 +1923,94 @@ typedef struct ZetMP3BitReservoir {
 /* ------------------------------------------------------------------------------------------------
  * SBR: prediction, detection and the encoder's bank
  * --------------------------------------------------------------------------------------------- */
+
+/** Second-order prediction coefficients of real subband samples over a block of time slots, by the
+ *  covariance method, for the high-frequency generator (ISO/IEC 14496-3, 4.6.18.6.2). Of every band
+ *  with samples X, with phi(i,j) = sum of X[n-i] X[n-j]* over the block,
+ *      d      = phi(2,2) phi(1,1) - |phi(1,2)|^2 / (1 + 10^-6),
+ *      alpha1 = (phi(0,1) phi(1,2) - phi(0,2) phi(1,1)) / d, or 0 where d^2 is 0,
+ *      alpha0 = -(phi(0,1) + alpha1 phi(1,2)*) / phi(1,1), or 0 where phi(1,1) is 0;
+ *  where either has a magnitude of 4 or more, both are 0. In single precision, sums in slot order;
+ *  the same bits on every processor and for any number of bands.
+ *  @param pSrc      numSlots + 2 rows of len samples: two slots of history, then the block
+ *  @param pAlpha0   out: len coefficients of the slot before
+ *  @param pAlpha1   out: len coefficients of the slot before that
+ *  @param len       bands; below 1: nothing is written
+ *  @param numSlots  slots of the block; below 1: nothing is written
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsPredictCoef_SBR_R_32f_D2L(const Zet32f* const pSrc[], Zet32f* pAlpha0,
+                                                  Zet32f* pAlpha1, int len, int numSlots);
+
+/** zetsPredictCoef_SBR_R_32f_D2L for complex samples, real and imaginary parts in rows of their own
+ *  and results likewise (ISO/IEC 14496-3, 4.6.18.6.2). */
+ZETAC_API ZetStatus zetsPredictCoef_SBR_C_32f_D2L(const Zet32f* const pSrcRe[],
+                                                  const Zet32f* const pSrcIm[], Zet32f* pAlpha0Re,
+                                                  Zet32f* pAlpha0Im, Zet32f* pAlpha1Re,
+                                                  Zet32f* pAlpha1Im, int len, int numSlots);
+
+/** zetsPredictCoef_SBR_C_32f_D2L on rows of Zet32fc; the results are the same bits. */
+ZETAC_API ZetStatus zetsPredictCoef_SBR_C_32fc_D2L(const Zet32fc* const pSrc[], Zet32fc* pAlpha0,
+                                                   Zet32fc* pAlpha1, int len, int numSlots);
+
+/** Transient detector of an encoder: the time slot in which the energies of many bands rise at
+ * once, where the grid of a frame (ISO/IEC 14496-3, 4.6.18.3.3) should have a border. Against the
+ * mean P of a band's past, a slot of energy E rises by max(0, E - P) / (E + P + floor); the
+ * strength of a slot is the mean over all bands, 0 to 1 (bands that jump by 10 dB: 0.8; stationary
+ * noise: about 0.12). Then P moves by a quarter of E - P. The same bits on every processor.
+ *  @param pSrc       energies |X|^2, [numSlots][len], slot after slot
+ *  @param pHistory   in/out: the mean past energies P of len bands, zeroed at the start
+ *  @param pStrength  out: numSlots strengths
+ *  @param pSlot      out: the first slot of the greatest strength, or -1 if that is below threshold
+ *  @param len        bands
+ *  @param numSlots   time slots
+ *  @param threshold  least strength of a transient; 0.5 suits
+ *  @param floor      energy that counts as silence, 0 or more, in the unit of pSrc
+ *  Checks: a null pointer: zetStsNullPointer; len, then numSlots below 1: zetStsBadSize. */
+ZETAC_API ZetStatus zetsDetectTransient_SBR_32f(const Zet32f* pSrc, Zet32f* pHistory,
+                                                Zet32f* pStrength, int* pSlot, int len,
+                                                int numSlots, Zet32f threshold, Zet32f floor);
+
+/** Tonality of bands for an encoder's choice of noise floors, inverse filtering and sinusoids
+ *  (ISO/IEC 14496-3, 4.6.18.3.5): what second-order prediction explains of a band's energy over the
+ *  block, divided by what it leaves. The coefficients are those of zetsPredictCoef_SBR_C_32f_D2L
+ *  without the limit of 4. A stationary sinusoid reaches the greatest ratio, 2^20 - 1 (60 dB);
+ * noise of n slots has a mean of about 2/n; silence gives 0. The same bits on every processor.
+ *  @param pSrcRe, pSrcIm  [numSlots + 2][len] real and imaginary parts, slot after slot: two slots
+ *                         of history, then the block
+ *  @param pTNR            out: len ratios of energies, 0 or more
+ *  @param len             bands
+ *  @param numSlots        slots of the block
+ *  Checks: a null pointer: zetStsNullPointer; len, then numSlots below 1: zetStsBadSize. */
+ZETAC_API ZetStatus zetsEstimateTNR_SBR_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm,
+                                            Zet32f* pTNR, int len, int numSlots);
+
+/** Sizes in bytes of the encoder's bank: its state, of any alignment, and memory that Init borrows.
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncGetSize_SBR_32f(int* pSize, int* pSizeInit);
+/** Lays the state out in pMem, from its first 16-byte boundary on. Either address may be given to
+ *  the functions below. Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncInit_SBR_32f(Zet8u* pMem, Zet8u* pMemInit);
+/** Allocates the state and, for the call, what Init borrows.
+ *  @param ppState  out: the state; null when there is no memory for it. When there is none for Init
+ *                  the state's block stays here all the same, not initialised, and is the caller's:
+ *                  release it with zetsFree
+ *  Checks: null: zetStsNullPointer; an allocation failed: zetStsNoMemory. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncInitAlloc_SBR_32f(Zet8u** ppState);
+/** Releases a state of InitAlloc; a state of Init is left as it is.
+ *  Checks: null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncFree_SBR_32f(Zet8u* pState);
+
+/** The 64-band complex analysis of an SBR encoder: one slot from the latest 640 samples, without a
+ *  memory of its own. With x[0] the newest sample, c the prototype SBR_TAB_QMF_WINDOW_640_FP and
+ *  u[n] = sum over j = 0..4 of x[n + 128 j] c[n + 128 j], it is X[k] = sum over n = 0..127 of u[n]
+ *  exp(i pi/128 (k + 1/2)(2n + 1)), k = 0..63. The phase is not that of the synthesis banks, which
+ *  reconstruct from 2n - 1; it is for measuring, not for reconstruction.
+ *  @param pSrc    640 samples, the oldest first; the next slot begins 64 samples later
+ *  @param pDst    out: 64 bands
+ *  @param pState  the bank's state; only read
+ *  Checks: a null pointer: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsAnalysisFilterEnc_SBR_32f32fc(const Zet32f* pSrc, Zet32fc* pDst,
+                                                      Zet8u* pState);
 
 /* ------------------------------------------------------------------------------------------------
  * Escape-block VLC: blocks of values in a variable-length code of the caller, with the escapes of
