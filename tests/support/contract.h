@@ -279,6 +279,7 @@ void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMdctRows(Table& table);
+void addSbrFixedRows(Table& table);
 void addVlcVqRows(Table& table);
 
 }  // namespace zetac::test
