@@ -23,6 +23,7 @@ const Table& table() {
         addMp3SynthesisRows(*rows);
         addMdctRows(*rows);
         addSbrFixedRows(*rows);
+        addSbrFloatRows(*rows);
         addVlcVqRows(*rows);
         return rows;
     }();

@@ -49,10 +49,11 @@ struct Record {  // a structure behind a pointer
     T value;
 };
 struct Stream {};  // a position in a stream of zero bits
-struct Channels {  // pointers to the data of several channels
+struct Channels {  // pointers to the data of several channels, or to several rows
     const char* name;
     int count;
     size_t bytes;
+    bool late = false;  // then pointerSet() places the check for a null pointer to the pointers
 };
 
 inline Value value(const char* name, int valid) {
@@ -86,6 +87,9 @@ inline Stream stream() {
 }
 inline Channels channels(const char* name, int count, size_t bytes) {
     return {name, count, bytes};
+}
+inline Channels lateChannels(const char* name, int count, size_t bytes) {
+    return {name, count, bytes, true};
 }
 
 class Row {
@@ -162,9 +166,7 @@ class Row {
         void* memory = addMemory(given.bytes.data(), given.bytes.size());
         if (!given.optional && !given.late) return bindPointer(slot, memory);
         slot = static_cast<Argument>(memory);
-        if (!given.late) return;
-        const std::string what = given.late + std::string(" null");
-        pointers_[given.late].push_back({given.late, what, [&slot] { slot = nullptr; }});
+        if (given.late) addLatePointer(slot, given.late);
     }
     template <class Argument, class T>
     void bind(Argument& slot, const Record<T>& given) {
@@ -179,7 +181,10 @@ class Row {
     }
     template <class Argument>
     void bind(Argument& slot, const Channels& given) {
-        bindPointer(slot, addPointers(given.name, given.count, given.bytes, 0xa5));
+        if (!given.late)
+            return bindPointer(slot, addPointers(given.name, given.count, given.bytes, 0xa5));
+        slot = static_cast<Argument>(addPointers("rows", given.count, given.bytes, 0xa5));
+        addLatePointer(slot, given.name);
     }
 
     virtual ZetStatus call() = 0;
@@ -210,6 +215,11 @@ class Row {
         slot = static_cast<Argument>(memory);
         const std::string what = "pointer " + std::to_string(checks_.front().breaks.size());
         checks_.front().breaks.push_back({what, what + " null", [&slot] { slot = nullptr; }});
+    }
+    template <class Argument>
+    void addLatePointer(Argument& slot, const char* late) {
+        const std::string what = late + std::string(" null");
+        pointers_[late].push_back({late, what, [&slot] { slot = nullptr; }});
     }
     void* addMemory(const void* content, size_t size);
     void* addPointers(const char* name, int count, size_t bytes, Zet8u fill);
@@ -280,6 +290,7 @@ void addMp3RequantRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMdctRows(Table& table);
 void addSbrFixedRows(Table& table);
+void addSbrFloatRows(Table& table);
 void addVlcVqRows(Table& table);
 
 }  // namespace zetac::test
