@@ -1716,7 +1716,8 @@ typedef struct ZetMP3BitReservoir {
  * subband samples. Complex samples come as two matrices of singles (_32f) or as one of Zet32fc.
  *
  * A matrix of subband samples is an array of row pointers, one row per time slot, low bands first
- * (D2L). Rows may lie anywhere; they are neither checked nor copied.
+ * (D2L). Rows may lie anywhere, but no destination may overlap a source; they are neither
+ * checked nor copied.
  *
  * Modulation. With w the window of 320 values (c[2i] of the standard's prototype c) and x[0] the
  * newest sample, u[n] = sum over j = 0..4 of w[n + 64 j] x[n + 64 j], the analysis of a slot is
