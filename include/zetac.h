@@ -1917,8 +1917,161 @@ ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_CToR_32fc32f_D2L(
     const ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f* pSpec, Zet8u* pWorkBuf);
 
 /* ------------------------------------------------------------------------------------------------
- * SBR: fixed-point QMF banks
+ * SBR: fixed-point QMF banks, one time slot per call, in high quality (SBRHQ: complex subband
+ * samples) and in low power (SBRLP: real ones). Modulations, gains, delays and phases are those of
+ * the floating banks above; the windows are built in, SBR_TABLE_QMF_WINDOW_320_INT_Q31 and
+ * SBR_TABLE_QMF_WINDOW_640_INT_Q31.
+ *
+ * Q formats. Every bank has the scale of its floating counterpart, in both modes: integers in, the
+ * same sums out, rounded to integers. So subband samples have the Q format of the samples that went
+ * into the analysis, and a synthesis gives that format back. The caller chooses it: PCM of 16 bits
+ * may carry up to 9 fractional bits (a shift to the left by 9) into the analysis. A decoder that
+ * amplifies subband samples does well to keep a bit or two of that as room: Q8 is a good choice.
+ *
+ * Range. Nothing ever wraps.
+ * - Analysis: samples of magnitude up to ZETAC_SBR_ANALYSIS_MAX = 2^24, 16 bits in Q9, are exact;
+ *   larger ones count as that limit. Subband samples then stay below 72.1 * 2^24 < 2^31.
+ * - Synthesis: values v of a slot saturate at 2^30. In high quality no input whose magnitudes are
+ *   below 2^30 gets there, whatever the signs, in low power none below 2^29; a sinusoid does not at
+ *   any amplitude that the subband samples can hold. The output is below 1.75 * 2^30.
+ *
+ * Accuracy. Inside, a slot has a common exponent, chosen from its largest value. Against exact
+ * sums, results are off by 0.5 for their own rounding plus, at most, 0.44 in the synthesis for
+ * the v of ten slots, rounded to half units, and for inputs of 16 bits a few hundredths for the
+ * transform.
+ *
+ * A state starts at the first multiple of 16 at or behind the caller's pointer, rounded up at every
+ * call. It holds one stream.
  * --------------------------------------------------------------------------------------------- */
+
+#define ZETAC_SBR_ANALYSIS_MAX 0x1000000 /**< magnitude that samples of an analysis may have */
+
+/** Size in bytes of a state, for memory of any alignment.
+ *  Checks: null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBRHQ_32s32sc(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBRLP_32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBRHQ_32sc32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBRLP_32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBRHQ_32sc32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBRLP_32s(int* pSize);
+
+/** Lays a state out in memory of the caller, with silence behind it; also starts a stream anew.
+ *  Checks: null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBRHQ_32s32sc(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBRLP_32s(Zet8u* pState);
+
+/** Allocates a state with zetsMalloc_8u and initialises it.
+ *  Checks: null: zetStsNullPointer; allocation failed: zetStsNoMemory, *ppState untouched. */
+ZETAC_API ZetStatus zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterInitAlloc_SBRLP_32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInitAlloc_SBRHQ_32sc32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInitAlloc_SBRLP_32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInitAlloc_SBRHQ_32sc32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInitAlloc_SBRLP_32s(Zet8u** ppState);
+
+/** Releases a state of InitAlloc; a state of Init is left as it is.
+ *  Checks: null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsAnalysisFilterFree_SBRHQ_32s32sc(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterFree_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterFree_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterFree_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterFree_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterFree_SBRLP_32s(Zet8u* pState);
+
+/** Analysis of 32 samples into 32 complex subband samples (ISO/IEC 14496-3, 4.6.18.4.1).
+ *  @param pSrc    32 samples, the oldest first, of magnitude up to ZETAC_SBR_ANALYSIS_MAX (limited)
+ *  @param pDst    out: 32 subband samples in the Q format of pSrc
+ *  @param kx      0..32: bands from here on are set to 0
+ *  @param pState  the bank's state
+ *  Checks: a null pointer: zetStsNullPointer; not this bank's state: zetStsSpecMismatch; kx:
+ *  zetStsBadSize. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBRHQ_32s32sc(const Zet32s* pSrc, Zet32sc* pDst, int kx,
+                                                     Zet8u* pState);
+/** Analysis into 32 real subband samples (ISO/IEC 14496-3, 4.6.18.8.2.1). Arguments and checks as
+ *  for zetsAnalysisFilter_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, int kx,
+                                                 Zet8u* pState);
+
+/** Synthesis of 64 samples from 64 complex subband samples (ISO/IEC 14496-3, 4.6.18.4.2).
+ *  @param pSrc    64 subband samples; any values, see above for when results saturate
+ *  @param pDst    out: 64 samples in the Q format of pSrc
+ *  @param pState  the bank's state
+ *  Checks: a null pointer: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst,
+                                                      Zet8u* pState);
+/** Synthesis from 64 real subband samples (ISO/IEC 14496-3, 4.6.18.8.2.2). Arguments and checks as
+ *  for zetsSynthesisFilter_SBRHQ_32sc32s. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, Zet8u* pState);
+
+/** Synthesis of 32 samples, at the rate of the analysed signal, from 32 complex subband samples
+ *  (ISO/IEC 14496-3, 4.6.18.4.3). A state of zetsSynthesisFilterInit_SBRHQ_32sc32s is accepted too;
+ *  the bank then uses the first half of its delay line. A stream keeps to one of the two banks:
+ *  after a change the next ten slots mix what the other one left in the line, safely.
+ *  @param pSrc    32 subband samples; any values, see above for when results saturate
+ *  @param pDst    out: 32 samples in the Q format of pSrc
+ *  @param pState  state of this bank or of the 64-band synthesis in the same mode
+ *  Checks: a null pointer: zetStsNullPointer; neither of the two states: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst,
+                                                          Zet8u* pState);
+/** zetsSynthesisDownFilter_SBRHQ_32sc32s from 32 real subband samples; accepts a state of
+ *  zetsSynthesisFilterInit_SBRLP_32s too. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst,
+                                                      Zet8u* pState);
+
+/** Prediction coefficients of one band of complex fixed-point samples, for HF generation (ISO/IEC
+ *  14496-3, 4.6.18.6.2): the covariance method over numSlots slots, as in the floating predictors.
+ *  Covariances are 64-bit integers, exact while samples are below 2^27 (for up to 64 slots), and
+ *  the equations are solved in double precision; the samples' Q format plays no part. Where either
+ *  coefficient reaches magnitude 4, both are 0.
+ *  @param pSrc      numSlots + 2 rows, one per slot: two slots of history, then the block
+ *  @param pAlpha0   out: coefficient of the sample one slot back, Q29
+ *  @param pAlpha1   out: coefficient of the sample two slots back, Q29
+ *  @param band      index in the rows
+ *  @param numSlots  slots of the block; below 1: nothing is written
+ *  Checks: a null pointer: zetStsNullPointer; band below 0: zetStsBadSize. */
+ZETAC_API ZetStatus zetsPredictOneCoef_SBRHQ_32sc_D2L(const Zet32sc* const pSrc[], Zet32sc* pAlpha0,
+                                                      Zet32sc* pAlpha1, int band, int numSlots);
+/** The same for real samples (ISO/IEC 14496-3, 4.6.18.8.5). Arguments and checks as for
+ *  zetsPredictOneCoef_SBRHQ_32sc_D2L. */
+ZETAC_API ZetStatus zetsPredictOneCoef_SBRLP_32s_D2L(const Zet32s* const pSrc[], Zet32s* pAlpha0,
+                                                     Zet32s* pAlpha1, int band, int numSlots);
+
+/** Undoes the wrap of a circular delay line, such as the history of a subband or of a bank, and
+ *  changes its Q format on the way: pDst[i] = pSrc[(position + i) mod len] * 2^-scaleFactor.
+ *  @param pSrc         the line, len values
+ *  @param pDst         out: len values, the one at position first; not pSrc
+ *  @param len          at least 1
+ *  @param position     where the line begins, 0..len - 1
+ *  @param scaleFactor  -31..31; positive: rounded to nearest, halves upwards; negative: to the
+ *                      left, modulo 2^32
+ *  Checks: a null pointer: zetStsNullPointer; len or position: zetStsBadSize; scaleFactor:
+ *  zetStsBadArg. */
+ZETAC_API ZetStatus zetsInvWrap_32s_Sf(const Zet32s* pSrc, Zet32s* pDst, int len, int position,
+                                       int scaleFactor);
 
 /* ------------------------------------------------------------------------------------------------
  * SBR: prediction, detection and the encoder's bank

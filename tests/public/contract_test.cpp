@@ -22,6 +22,7 @@ const Table& table() {
         addMp3RequantRows(*rows);
         addMp3SynthesisRows(*rows);
         addMdctRows(*rows);
+        addSbrFixedRows(*rows);
         addSbrFloatRows(*rows);
         addVlcVqRows(*rows);
         return rows;

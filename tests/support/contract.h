@@ -392,6 +392,7 @@ void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMdctRows(Table& table);
+void addSbrFixedRows(Table& table);
 void addSbrFloatRows(Table& table);
 void addVlcVqRows(Table& table);
 
