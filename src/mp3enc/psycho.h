@@ -43,7 +43,7 @@ struct LongThresholds {
     uint64_t threshold[kPartitionsLong];  // nb
 };
 struct ShortThresholds {
-    uint64_t spread[kPartitionsShort];
+    uint64_t spread[(kPartitionsShort + 7) / 8 * 8];
     uint64_t threshold[kPartitionsShort];
 };
 

@@ -27,12 +27,14 @@ Zet32s thresholdFactor(Zet32s t) {
 void tonalThresholds(const PsyContext& context, int channel) {
     const PsyTables& tables = context.tables;
     const int count = tables.numLong;
+    const Spreading spreading = {count, tables.pSprdngBoundLong, tables.pSprdngPackedLong,
+                                 tables.blocksLong, tables.rowsLong};
     LongThresholds& block = context.work.thresholds.longBlock[channel];
     uint64_t unpredictability[kPartitionsLong];
-    context.kernels.spread(context.work.energyLong[channel], tables.pSprdngBoundLong,
-                           tables.pSprdngPackedLong, count, kSpreadShiftLong, block.spread);
-    context.kernels.spread(context.work.unpredictabilityLong[channel], tables.pSprdngBoundLong,
-                           tables.pSprdngPackedLong, count, kSpreadShiftLong, unpredictability);
+    context.kernels.spread(context.work.energyLong[channel], spreading, kSpreadShiftLong,
+                           block.spread);
+    context.kernels.spread(context.work.unpredictabilityLong[channel], spreading, kSpreadShiftLong,
+                           unpredictability);
     for (int b = 0; b < count; ++b) {
         const uint64_t energy = block.spread[b];
         const Zet32s tonality = ratioQ31(unpredictability[b], energy);
@@ -95,12 +97,13 @@ void ownsCalSpreadedEnergyThreshold_Psy_MP3(const PsyContext& context) {
 void ownsCalSpreadedEnergyThresholdShort_Psy_MP3(const PsyContext& context) {
     const PsyTables& tables = context.tables;
     const int count = tables.numShort;
+    const Spreading spreading = {count, tables.pSprdngBoundShort, tables.pSprdngPackedShort,
+                                 tables.blocksShort, tables.rowsShort};
     for (int window = 0; window < kWindows; ++window) {
         CoupledChannels coupled{};
         for (int channel = 0; channel < context.analysisChannels; ++channel) {
             ShortThresholds& block = context.work.thresholds.shortBlocks[channel][window];
-            context.kernels.spread(context.work.energyShort[channel][window],
-                                   tables.pSprdngBoundShort, tables.pSprdngPackedShort, count,
+            context.kernels.spread(context.work.energyShort[channel][window], spreading,
                                    kSpreadShiftShort, block.spread);
             for (int b = 0; b < count; ++b) {
                 const uint64_t energy = block.spread[b];

@@ -17,22 +17,38 @@ struct Polar {
     Zet32sc phase;     // unit vector, Q30; 0 where the magnitude is
 };
 
+// sqrt(energy) = root * 2^-halfShift, and one over it is inverse * 2^(halfShift - 62).
+struct Roots {
+    uint64_t root;     // 32 bits
+    uint64_t inverse;  // 1..2 in Q30
+    int halfShift;
+};
+
+Roots rootsOf(uint64_t energy) {
+    const int halfShift = std::countl_zero(energy) / 2;
+    const uint64_t mantissa = energy << (2 * halfShift) >> 32;
+    const uint64_t inverse = core::inverseSquareRoot(static_cast<uint32_t>(mantissa));
+    return {mantissa * inverse >> 30, inverse, halfShift};
+}
+
 // Lines are at most 2^24.
 Zet32s magnitudeOf(Zet32sc x) {
-    return static_cast<Zet32s>(squareRoot64(sumOfSquares(x.re, x.im) << (2 * kMagnitudeBits)));
+    const uint64_t energy = sumOfSquares(x.re, x.im);
+    if (energy == 0) return 0;
+    const Roots roots = rootsOf(energy);
+    return static_cast<Zet32s>((roots.root << kMagnitudeBits) >> roots.halfShift);
 }
 
 Polar toPolar(Zet32sc x) {
     const uint64_t energy = sumOfSquares(x.re, x.im);
     if (energy == 0) return {0, {0, 0}};
-    const int halfShift = std::countl_zero(energy) / 2;
-    // 1 / |x| = inverse * 2^(halfShift - 32), inverse 1..2 in Q30.
-    const int64_t inverse =
-        core::inverseSquareRoot(static_cast<uint32_t>(energy << (2 * halfShift) >> 32));
+    const Roots roots = rootsOf(energy);
     const auto part = [&](Zet32s value) {
-        return static_cast<Zet32s>((value * inverse) >> (32 - halfShift));
+        return static_cast<Zet32s>((value * static_cast<int64_t>(roots.inverse)) >>
+                                   (32 - roots.halfShift));
     };
-    return {magnitudeOf(x), {part(x.re), part(x.im)}};
+    return {static_cast<Zet32s>((roots.root << kMagnitudeBits) >> roots.halfShift),
+            {part(x.re), part(x.im)}};
 }
 
 Zet32sc productQ30(Zet32sc a, Zet32sc b, int sign) {

@@ -164,6 +164,71 @@ TEST(Mp3PsySpectra, areThoseOfTheDefinition) {
     }
 }
 
+struct KernelResults {
+    Zet16s windowed[2][kLongBlock];
+    Zet32sc longLines[kLongSpectrum];
+    Zet32sc shortLines[kShortSpectrum];
+    Workspace work;
+    uint64_t spread[2][kPartitionsLong];
+};
+
+// All kernels of a level, on samples and on spectra as large as they come.
+void runKernels(const PsyKernels& kernels, int row, Guarded<KernelResults>& guarded) {
+    std::mt19937_64 random(4);
+    KernelResults& results = *guarded.data();
+    std::memset(&results, 0, sizeof results);
+    std::vector<Zet16s> pcm(2 * kLongBlock);
+    for (Zet16s& x : pcm) x = static_cast<Zet16s>(random());
+    for (const int stride : {1, 2}) {
+        kernels.applyWindow(pcm.data(), stride, tables::pHannWinLong_MP3,
+                            results.windowed[stride - 1], kLongBlock);
+    }
+    kernels.ownsFFTFwd1024_Audio_16s32sc(results.windowed[0], results.longLines);
+    kernels.ownsFFTFwd256_Audio_16s32sc(results.windowed[1], results.shortLines);
+
+    Spectra& spectra = results.work.spectra;
+    const auto fill = [&](Zet32s* values, size_t bytes, int bits) {
+        for (size_t i = 0; i < bytes / sizeof(Zet32s); ++i) {
+            values[i] = static_cast<Zet32s>(random()) >> (32 - bits);
+        }
+    };
+    fill(&spectra.longLines[0][0].re, sizeof spectra.longLines, 25);
+    fill(&spectra.shortLines[0][0][0].re, sizeof spectra.shortLines, 25);
+    fill(spectra.unpredictability[0], sizeof spectra.unpredictability, 31);
+    for (auto& channel : spectra.unpredictability) {
+        for (Zet32s& c : channel) c &= kMax32s;
+    }
+    ZetMP3PsyState state{};
+    const PsyTables& t = *tables::_zet_pPsyTables_MP3[row];
+    const PsyContext context = {t, kernels, state, results.work, 2, kAnalysisChannels};
+    kernels.ownsCalEnergyUnpredict_Psy_MP3(context);
+    kernels.ownsCalEnergyShort_Psy_MP3(context);
+    uint64_t energy[kPartitionsLong];
+    for (uint64_t& e : energy) e = random() >> (12 + random() % 40);
+    const Spreading spreadLong = {t.numLong, t.pSprdngBoundLong, t.pSprdngPackedLong, t.blocksLong,
+                                  t.rowsLong};
+    const Spreading spreadShort = {t.numShort, t.pSprdngBoundShort, t.pSprdngPackedShort,
+                                   t.blocksShort, t.rowsShort};
+    kernels.spread(energy, spreadLong, 32, results.spread[0]);
+    kernels.spread(energy, spreadShort, 31, results.spread[1]);
+    std::fill(results.spread[0] + t.numLong, results.spread[1], 0);  // what the room is for
+    std::fill(results.spread[1] + t.numShort, results.spread[1] + kPartitionsLong, 0);
+}
+
+TEST(Mp3PsyLevels, giveTheSameBits) {
+    for (int row = 0; row < 3; ++row) {
+        Guarded<KernelResults> reference(1);
+        runKernels(kPsyKernels[0], row, reference);
+        for (size_t level = 1; level <= static_cast<size_t>(core::currentLevel()); ++level) {
+            Guarded<KernelResults> results(1, 8);
+            runKernels(kPsyKernels[level], row, results);
+            EXPECT_TRUE(results.intact());
+            EXPECT_EQ(std::memcmp(results.data(), reference.data(), sizeof(KernelResults)), 0)
+                << "level " << level << " row " << row;
+        }
+    }
+}
+
 test::PsyModelBlock modelBlock(int count, const Zet16s* first, const uint32_t* bounds,
                                const Zet32s* packed, const Zet32s* bmld, const uint64_t* quiet,
                                const Zet32s* ratio, int bands, const uint8_t* buo,
