@@ -105,15 +105,20 @@ void ownsMSThresholdCoupling_Psy_MP3(const CoupledChannels& channels, const Zet3
 Zet32s ownsCalPerceptualEntropy_Psy_MP3(const PsyContext& context, int channel);
 
 // Threshold over energy of the scale-factor bands of one analysis channel.
-void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, BandRatios& ratios);
+struct RatiosWanted {
+    bool longBands;
+    bool shortBands;
+};
+void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, RatiosWanted wanted,
+                                       BandRatios& ratios);
 
 // Chooses the block type of the granule analysed (pe: its entropies) and settles that of the
 // granule before, whose side information it writes.
 void ownsSwitchBlockType_Psy_MP3(const PsyContext& context, const Zet32s* pe,
                                  ZetMP3GranuleSideInfo* sideInfo);
 
-// 1 for M/S stereo. pe and sideInfo: [granule], of the granules to be output.
-int ownsCalStereoMode_Psy_MP3(const PsyContext& context, const Zet32s (*pe)[kAnalysisChannels],
-                              const ZetMP3GranuleSideInfo* sideInfo, int granules);
+// Of a joint-stereo frame: 1 for M/S. pe and sideInfo are those of the granules to be output.
+int ownsCalStereoMode_Psy_MP3(const Zet32s* const (&pe)[2], const ZetMP3GranuleSideInfo* sideInfo,
+                              int granules);
 
 }  // namespace zetac::mp3enc

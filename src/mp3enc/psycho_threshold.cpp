@@ -167,19 +167,20 @@ Zet32s ownsCalPerceptualEntropy_Psy_MP3(const PsyContext& context, int channel) 
     return sum >> 5;
 }
 
-void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, BandRatios& ratios) {
+void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, RatiosWanted wanted,
+                                       BandRatios& ratios) {
     const PsyTables& tables = context.tables;
     const BandMap mapLong = {tables.pPartToSfbBuoLong, tables.pPartToSfbWeightLong};
     const BandMap mapShort = {tables.pPartToSfbBuoShort, tables.pPartToSfbWeightShort};
-    const uint64_t* energy = context.work.energyLong[channel];
-    const uint64_t* threshold = context.work.thresholds.longBlock[channel].threshold;
     ratios = {};
-    for (int s = 0; s < kPsySfbLong; ++s) {
-        ratios.ratioLong[s] = bandRatio(energy, threshold, mapLong, s);
+    for (int s = 0; wanted.longBands && s < kPsySfbLong; ++s) {
+        ratios.ratioLong[s] =
+            bandRatio(context.work.energyLong[channel],
+                      context.work.thresholds.longBlock[channel].threshold, mapLong, s);
     }
-    for (int window = 0; window < kWindows; ++window) {
-        energy = context.work.energyShort[channel][window];
-        threshold = context.work.thresholds.shortBlocks[channel][window].threshold;
+    for (int window = 0; wanted.shortBands && window < kWindows; ++window) {
+        const uint64_t* energy = context.work.energyShort[channel][window];
+        const uint64_t* threshold = context.work.thresholds.shortBlocks[channel][window].threshold;
         for (int s = 0; s < kPsySfbShort; ++s) {
             ratios.ratioShort[kWindows * s + window] = bandRatio(energy, threshold, mapShort, s);
         }
