@@ -37,8 +37,8 @@ void analyseChannel(const PsyContext& context, const Zet16s* src, int channel) {
     ZetMP3PsyChannelState& state = context.state.channel[channel];
     Zet32s* unpredictability = spectra.unpredictability[channel];
     ownsCalUnpredictMeasureCw06_Psy_MP3(spectra.longLines[channel], state, unpredictability);
-    ownsCalUnpredictMeasureCwAbove06_Psy_MP3(spectra.shortLines[channel], state,
-                                             unpredictability + ZETAC_MP3_PSY_LONG_LINES);
+    kernels.ownsCalUnpredictMeasureCwAbove06_Psy_MP3(spectra.shortLines[channel], state,
+                                                     unpredictability + ZETAC_MP3_PSY_LONG_LINES);
 }
 
 // The ratios that someone can see. Of the last granule the state keeps all; one before it is

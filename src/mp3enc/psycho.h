@@ -80,14 +80,10 @@ struct BandRatios {
     Zet32s ratioShort[36];
 };
 
-// c = |X - X^| / (|X| + |X^|), Q31, where X^ continues the last two spectra in magnitude and phase.
-// Lines 0..5, from spectra a granule apart.
+// c = |X - X^| / (|X| + |X^|), Q31, where X^ continues the last two spectra in magnitude and phase:
+// lines 0..5, from spectra a granule apart.
 void ownsCalUnpredictMeasureCw06_Psy_MP3(const Zet32sc* spectrum, ZetMP3PsyChannelState& state,
                                          Zet32s* unpredictability);
-// Lines 6..205, from the three short spectra of the granule; four lines share a short one.
-void ownsCalUnpredictMeasureCwAbove06_Psy_MP3(const Zet32sc (*spectra)[kShortSpectrum],
-                                              ZetMP3PsyChannelState& state,
-                                              Zet32s* unpredictability);
 
 // Thresholds nb of all analysis channels from energies and unpredictabilities of the partitions.
 void ownsCalSpreadedEnergyThreshold_Psy_MP3(const PsyContext& context);

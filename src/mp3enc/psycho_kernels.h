@@ -25,6 +25,12 @@ struct PsyKernels {
     void (*ownsFFTFwd1024_Audio_16s32sc)(const Zet16s* src, Zet32sc* dst);
     void (*ownsFFTFwd256_Audio_16s32sc)(const Zet16s* src, Zet32sc* dst);
 
+    // Unpredictability of lines 6..205 from the three short spectra of the granule, by the measure
+    // of ownsCalUnpredictMeasureCw06_Psy_MP3 to 2^-20. Four lines share a short one.
+    void (*ownsCalUnpredictMeasureCwAbove06_Psy_MP3)(const Zet32sc (*spectra)[kShortSpectrum],
+                                                     ZetMP3PsyChannelState& state,
+                                                     Zet32s* unpredictability);
+
     // Energies (and unpredictabilities) of the partitions of all analysis channels. Mid and side
     // are (L + R) / sqrt(2) and (L - R) / sqrt(2), as M/S stereo codes them.
     void (*ownsCalEnergyUnpredict_Psy_MP3)(const PsyContext& context);
