@@ -52,6 +52,17 @@ void expectFullAccuracy(const std::string& path, const Difference& difference) {
     EXPECT_LE(difference.max, kDifferenceMax);
 }
 
+std::vector<std::pair<std::string, std::string>> bundledClips(const std::string& folder) {
+    std::vector<std::pair<std::string, std::string>> clips;
+    for (const auto& entry : std::filesystem::directory_iterator(ZETAC_TEST_DATA "/" + folder)) {
+        auto path = entry.path();
+        if (path.extension() != "." + folder) continue;
+        const std::string stream = path.string();
+        clips.emplace_back(stream, path.replace_extension(".pcm.gz").string());
+    }
+    return clips;
+}
+
 std::vector<SharedStream> sharedStreams(const std::string& folder) {
     constexpr size_t kFields = 10;
     const std::string root = ZETAC_SHARED_STREAMS "/";

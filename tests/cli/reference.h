@@ -28,6 +28,9 @@ Difference compare(const Pcm& a, const Pcm& b);
 /** Prints the difference and expects full accuracy. */
 void expectFullAccuracy(const std::string& path, const Difference& difference);
 
+/** The bundled streams of a folder: path and reference. */
+std::vector<std::pair<std::string, std::string>> bundledClips(const std::string& folder);
+
 /** A row of the manifest of the shared streams. */
 struct SharedStream {
     std::string path;

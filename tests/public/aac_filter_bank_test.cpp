@@ -43,25 +43,18 @@ std::vector<double> risingHalf(int shape, int half) {
 
 // The whole window of a frame: 2048 values, or for eight short windows the 256 of window `which`.
 std::vector<double> frameWindow(int sequence, int shape, int prevShape, int which = 0) {
-    if (sequence == zetAacEightShort) {
-        std::vector<double> window = risingHalf(which == 0 ? prevShape : shape, 128);
-        const std::vector<double> falling = risingHalf(shape, 128);
-        window.insert(window.end(), falling.rbegin(), falling.rend());
-        return window;
-    }
-    std::vector<double> window(2048);
-    const bool shortStart = sequence == zetAacLongStop;
-    const bool shortEnd = sequence == zetAacLongStart;
-    const std::vector<double> rising = risingHalf(prevShape, shortStart ? 128 : 1024);
-    const std::vector<double> falling = risingHalf(shape, shortEnd ? 128 : 1024);
-    for (int n = 0; n < 1024; ++n) {
-        const int flat = 448;
-        window[n] = !shortStart ? rising[n] : n < flat ? 0 : n < flat + 128 ? rising[n - flat] : 1;
-        window[2047 - n] = !shortEnd        ? falling[n]
-                           : n < flat       ? 0
-                           : n < flat + 128 ? falling[n - flat]
-                                            : 1;
-    }
+    const bool isShort = sequence == zetAacEightShort;
+    const auto rising = [isShort](int itsShape, bool isSteep) {
+        std::vector<double> half = risingHalf(itsShape, isSteep ? 128 : 1024);
+        if (isSteep && !isShort) {
+            half.insert(half.begin(), 448, 0);
+            half.resize(1024, 1);
+        }
+        return half;
+    };
+    auto window = rising(which == 0 ? prevShape : shape, isShort || sequence == zetAacLongStop);
+    const auto falling = rising(shape, isShort || sequence == zetAacLongStart);
+    window.insert(window.end(), falling.rbegin(), falling.rend());
     return window;
 }
 

@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,9 +56,8 @@ const Codes kAacMagnitudes = {code(0, 0, "0"), code(16, 0, "10"), code(16, 16, "
 struct DecodeSpec {
     ZetsVLCDecodeSpec_1u16s* pointer = nullptr;
     DecodeSpec(const Codes& codes, ZetVLCForm form) {
-        EXPECT_EQ(zetsVLCDecodeInitAlloc_1u16s(&pointer, codes.data(),
-                                               static_cast<int>(codes.size()), form),
-                  zetStsOk);
+        const int count = static_cast<int>(codes.size());
+        EXPECT_EQ(zetsVLCDecodeInitAlloc_1u16s(&pointer, codes.data(), count, form), zetStsOk);
     }
     DecodeSpec(const DecodeSpec&) = delete;
     DecodeSpec& operator=(const DecodeSpec&) = delete;
@@ -67,9 +67,8 @@ struct DecodeSpec {
 struct EncodeSpec {
     ZetsVLCEncodeSpec_16s1u* pointer = nullptr;
     EncodeSpec(const Codes& codes, ZetVLCEscStyle style) {
-        EXPECT_EQ(zetsVLCEncodeInitAlloc_16s1u(&pointer, codes.data(),
-                                               static_cast<int>(codes.size()), style),
-                  zetStsOk);
+        const int count = static_cast<int>(codes.size());
+        EXPECT_EQ(zetsVLCEncodeInitAlloc_16s1u(&pointer, codes.data(), count, style), zetStsOk);
     }
     EncodeSpec(const EncodeSpec&) = delete;
     EncodeSpec& operator=(const EncodeSpec&) = delete;
@@ -88,7 +87,7 @@ struct Decoded {
 // Decodes a stream behind which three bytes are readable and no more.
 Decoded decode(Style style, bool isUnsigned, const void* spec, const std::string& bits, int len,
                int escLen = 0, int offset = 0) {
-    auto bytes = bytesOf(std::string(static_cast<size_t>(offset), '1') + bits);
+    auto bytes = bytesOf(std::string(offset, '1') + bits);
     bytes.resize(bytes.size() + ZETAC_BIT_STREAM_SLACK, 0xff);
     GuardedStream stream(bytes);
     Zet8u* p = stream.data();
@@ -125,7 +124,7 @@ void expectEncoded(Style style, const void* spec, const Values& values, int escL
         EXPECT_EQ(zetsVLCCountEscBits_AAC_16s32s(values.data(), len, &count, spec), zetStsOk);
     EXPECT_EQ(count, sizeOf(bits));
     for (int offset = 0; offset < 8; ++offset) {
-        const auto expected = bytesOf(std::string(static_cast<size_t>(offset), '1') + bits);
+        const auto expected = bytesOf(std::string(offset, '1') + bits);
         Guarded<Zet8u> stream(expected.size());
         std::memset(stream.bytes(), 0xff, stream.size());
         Zet8u* p = stream.data();
@@ -145,13 +144,14 @@ void expectEncoded(Style style, const void* spec, const Values& values, int escL
     }
 }
 
-struct Mp3Case {
+struct Case {
     Values values;
     int escLen;
     std::string bits;
 };
 
-const Mp3Case kMp3Cases[] = {
+// Extensions stand before the signs in MP3, escape sequences behind them in AAC.
+const Case kMp3Cases[] = {
     {{20, -21}, 3, "1111 101 0 110 1"},
     {{-15, 0}, 0, "110 1"},
     {{-15, 15}, 0, "1111 1 0"},
@@ -161,56 +161,40 @@ const Mp3Case kMp3Cases[] = {
      "0 110 0000000000001 0 1110 0000000000111 0 1111 0000000000111 1 0000000000000 0"},
     {{32767, -32767}, 15, "1111 111111111110000 0 111111111110000 1"},
 };
+const Case kAacCases[] = {
+    {{0, 0, 16, 0}, 0, "0 10 0 00000"},
+    {{-31, 0}, 0, "10 1 01111"},
+    {{-32, 17}, 0, "110 10 10 00000 00001"},
+    {{-1, -16}, 0, "111 11 00000"},
+    {{8191, -8191}, 0, "110 01 111111110 111111111111 111111110 111111111111"},
+};
 
-TEST(Vlc, Mp3ExtensionsStandBeforeTheirSigns) {
-    const DecodeSpec pairs(kMp3Pairs, zetVLCPairs), magnitudes(kMp3Magnitudes, zetVLCUTuples);
-    const EncodeSpec encoder(kMp3Pairs, zetVLCEscMP3);
-    for (const auto& [values, escLen, bits] : kMp3Cases) {
+void expectCases(Style style, std::span<const Case> cases, const Codes& withSigns,
+                 const Codes& magnitudes, const void* encoder) {
+    const DecodeSpec pairs(withSigns, zetVLCPairs), tuples(magnitudes, zetVLCUTuples);
+    for (const auto& [values, escLen, bits] : cases) {
         SCOPED_TRACE(bits);
         const int len = static_cast<int>(values.size());
         for (int offset = 0; offset < 8; ++offset) {
-            expectDecoded(decode(Style::kMp3, false, pairs.pointer, bits, len, escLen, offset),
-                          values, bits);
-            expectDecoded(decode(Style::kMp3, true, magnitudes.pointer, bits, len, escLen, offset),
-                          values, bits);
+            expectDecoded(decode(style, false, pairs.pointer, bits, len, escLen, offset), values,
+                          bits);
+            expectDecoded(decode(style, true, tuples.pointer, bits, len, escLen, offset), values,
+                          bits);
         }
-        expectEncoded(Style::kMp3, encoder.pointer, values, escLen, bits);
+        expectEncoded(style, encoder, values, escLen, bits);
     }
-    // What the extension cannot hold is limited, in the stream and in 16 bits.
-    expectEncoded(Style::kMp3, encoder.pointer, {23, 0, 22, 0}, 3, "110 111 0 110 111 0");
-    expectDecoded(decode(Style::kMp3, false, pairs.pointer, "110 111111111111111 1", 2, 99),
-                  {-32767, 0}, "110 111111111111111 1");
 }
 
-struct AacCase {
-    Values values;
-    std::string bits;
-};
-
-const AacCase kAacCases[] = {
-    {{0, 0, 16, 0}, "0 10 0 00000"},
-    {{-31, 0}, "10 1 01111"},
-    {{-32, 17}, "110 10 10 00000 00001"},
-    {{-1, -16}, "111 11 00000"},
-    {{8191, -8191}, "110 01 111111110 111111111111 111111110 111111111111"},
-};
-
-TEST(Vlc, AacEscapeSequencesFollowTheSigns) {
-    const DecodeSpec pairs(kAacPairs, zetVLCPairs), magnitudes(kAacMagnitudes, zetVLCUTuples);
-    const EncodeSpec encoder(kAacPairs, zetVLCEscAAC);
-    for (const auto& [values, bits] : kAacCases) {
-        SCOPED_TRACE(bits);
-        const int len = static_cast<int>(values.size());
-        for (int offset = 0; offset < 8; ++offset) {
-            expectDecoded(decode(Style::kAac, false, pairs.pointer, bits, len, 0, offset), values,
-                          bits);
-            expectDecoded(decode(Style::kAac, true, magnitudes.pointer, bits, len, 0, offset),
-                          values, bits);
-        }
-        expectEncoded(Style::kAac, encoder.pointer, values, 0, bits);
-    }
-    expectEncoded(Style::kAac, encoder.pointer, {-32768, 0}, 0,
-                  "10 1 111111111110 000000000000000");
+TEST(Vlc, CodesPairsAndEscapes) {
+    const EncodeSpec mp3(kMp3Pairs, zetVLCEscMP3), aac(kAacPairs, zetVLCEscAAC);
+    expectCases(Style::kMp3, kMp3Cases, kMp3Pairs, kMp3Magnitudes, mp3.pointer);
+    expectCases(Style::kAac, kAacCases, kAacPairs, kAacMagnitudes, aac.pointer);
+    // What the extension cannot hold is limited, in the stream and in 16 bits.
+    expectEncoded(Style::kMp3, mp3.pointer, {23, 0, 22, 0}, 3, "110 111 0 110 111 0");
+    const DecodeSpec pairs(kMp3Pairs, zetVLCPairs);
+    expectDecoded(decode(Style::kMp3, false, pairs.pointer, "110 111111111111111 1", 2, 99),
+                  {-32767, 0}, "110 111111111111111 1");
+    expectEncoded(Style::kAac, aac.pointer, {-32768, 0}, 0, "10 1 111111111110 000000000000000");
 }
 
 TEST(Vlc, TooLongAnEscapeStopsBehindItsNinthOne) {
@@ -282,8 +266,8 @@ TEST(Vlc, CodewordsHaveUpTo32Bits) {
     std::string bits;
     Values values;
     for (int i = 31; i >= 0; --i) {
-        bits += std::string(static_cast<size_t>(i), '1') + "0";
-        const auto& value = codes[static_cast<size_t>(i)].value;
+        bits += std::string(i, '1') + "0";
+        const auto& value = codes[i].value;
         values.insert(values.end(), value, value + 2);
     }
     for (int offset = 0; offset < 8; ++offset)
@@ -388,8 +372,8 @@ TEST(Vlc, TablesOfTheDocumentedLayoutAreUnderstood) {
 
     std::vector<Zet32s> lengthsAndCodes(2 << 11);
     const auto place = [&](int index, int length, int codeword) {
-        lengthsAndCodes[static_cast<size_t>(index)] = length;
-        lengthsAndCodes[static_cast<size_t>(index + (1 << 11))] = codeword;
+        lengthsAndCodes[index] = length;
+        lengthsAndCodes[index + (1 << 11)] = codeword;
     };
     const EncodeLayout aac = {lengthsAndCodes.data(), 1300, 11, 0, 0x434D415F};
     place(-16 * 64 + 3 + 1300 + 16, 5, 0x15);
