@@ -242,6 +242,15 @@ void makeLimiterTable(int bs_limiter_bands, SbrFrequencyTables& t) {
 
 }  // namespace
 
+SbrFrequencyTables::Range SbrFrequencyTables::sources() const {
+    Range range{kQmfBands, 0};
+    for (int i = 0; i < patches; ++i) {
+        range.first = std::min(range.first, patch[i].source);
+        range.end = std::max(range.end, patch[i].source + patch[i].bands);
+    }
+    return range;
+}
+
 std::optional<SbrFrequencyTables> SbrFrequencyTables::make(const SbrHeader& header,
                                                            int sampleRate) {
     const auto master = masterTable(header, sampleRate);

@@ -50,6 +50,12 @@ struct SbrFrequencyTables {
 
     const SbrBandTable<kSbrBandsMax>& envelope(bool isHigh) const { return isHigh ? high : low; }
 
+    struct Range {
+        int first, end;
+    };
+    /** The low subbands that patches copy. */
+    Range sources() const;
+
     /** Nothing when the header asks for what the standard does not allow.
      *  @param sampleRate  of the output, in hertz */
     static std::optional<SbrFrequencyTables> make(const SbrHeader& header, int sampleRate);
