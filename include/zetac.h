@@ -1711,12 +1711,366 @@ typedef struct ZetMP3BitReservoir {
  * --------------------------------------------------------------------------------------------- */
 
 /* ------------------------------------------------------------------------------------------------
- * SBR: floating QMF banks
+ * SBR: floating QMF banks (ISO/IEC 14496-3, 4.6.18.4): 32-band analysis, 64-band synthesis (twice
+ * the rate) and 32-band "down" synthesis (the rate of the input), each for real and for complex
+ * subband samples. Complex samples come as two matrices of singles (_32f) or as one of Zet32fc.
+ *
+ * A matrix of subband samples is an array of row pointers, one row per time slot, low bands first
+ * (D2L). Rows may lie anywhere; they are neither checked nor copied.
+ *
+ * Modulation. With w the window of 320 values (c[2i] of the standard's prototype c) and x[0] the
+ * newest sample, u[n] = sum over j = 0..4 of w[n + 64 j] x[n + 64 j], the analysis of a slot is
+ *     complex  X[k] = 2 sum over n = 0..63 of u[n] exp(i pi/64 (k + 1/2)(2n - 1/2)),   k = 0..31,
+ *     real     X[k] = 2 sum over n = 0..63 of u[n] cos(pi/64 (k + 1/2)(2n - 96)).
+ * With B bands, 64 or 32, synthesis makes 2B new values of a slot,
+ *     complex  v[n] = 1/64 Re sum over k of X[k] exp(i pi/(2B) (k + 1/2)(2n - p)),
+ *              p = 255 for B = 64, p = 127.5 for B = 32,
+ *     real     v[n] = 1/32 sum over k of X[k] cos(pi/(2B) (k + 1/2)(2n - B)),
+ * and, v[0] being the newest value and c the window of 10 B values, B samples
+ *     out[n] = sum over i = 0..4 of v[4B i + n] c[2B i + n] + v[4B i + 3B + n] c[2B i + B + n].
+ *
+ * Gain. Analysis followed by synthesis of the same kind has unit gain, reconstructs to 59.5 dB (the
+ * prototype's own limit) and delays by 578 samples of the 64-band output, 289 of the 32-band one:
+ * input sample m is centred at output sample 2 m + 578, or m + 289. A sinusoid of amplitude A in
+ * the middle of a band has samples of magnitude 45.2 A, of either kind.
+ *
+ * The kinds differ in phase and do not mix: with X complex, the real bank's sample is
+ * Re(X[k] exp(-i pi/64 (k + 1/2) 95.5)), not Re X[k], and its synthesis kernel is twice the real
+ * part of the complex one times exp(i pi/128 (k + 1/2) 191).
+ *
+ * Results are the same bits on every processor, at any alignment, and however a stream is cut into
+ * calls. A state holds one stream: it advances with every call, although its pointer is const.
  * --------------------------------------------------------------------------------------------- */
 
+/** The prototype c of the QMF banks (ISO/IEC 14496-3, table 4.A.87); window of the 64-band
+ *  synthesis. The banks of 32 bands take every second value of it. */
+extern ZETAC_API const Zet32f SBR_TAB_QMF_WINDOW_640_FP[640];
+/** The prototype, Q31. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_640_INT_Q31[640];
+/** The prototype, Q30, rounded from its exact values too. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_640_INT_Q30[640];
+/** Every second value of the prototype, c[2i], Q31. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_320_INT_Q31[320];
+/** Every second value of the prototype, c[2i], Q30. */
+extern ZETAC_API const Zet32s SBR_TABLE_QMF_WINDOW_320_INT_Q30[320];
+
+/** State of a bank; opaque. */
+typedef struct ZetsAnalysisFilterSpec_SBR_RToR_32f ZetsAnalysisFilterSpec_SBR_RToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsAnalysisFilterSpec_SBR_RToC_32f ZetsAnalysisFilterSpec_SBR_RToC_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsAnalysisFilterSpec_SBR_RToC_32f32fc ZetsAnalysisFilterSpec_SBR_RToC_32f32fc;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisFilterSpec_SBR_RToR_32f ZetsSynthesisFilterSpec_SBR_RToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisFilterSpec_SBR_CToR_32f ZetsSynthesisFilterSpec_SBR_CToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisFilterSpec_SBR_CToR_32fc32f ZetsSynthesisFilterSpec_SBR_CToR_32fc32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisDownFilterSpec_SBR_RToR_32f ZetsSynthesisDownFilterSpec_SBR_RToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisDownFilterSpec_SBR_CToR_32f ZetsSynthesisDownFilterSpec_SBR_CToR_32f;
+/** See ZetsAnalysisFilterSpec_SBR_RToR_32f. */
+typedef struct ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f;
+
+/** Sizes in bytes of a bank's memory, of any alignment.
+ *  @param pSizeSpec  out: the state
+ *  @param pSizeInit  out: memory that Init borrows
+ *  @param pSizeWork  out: work buffer of every call
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                           int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f(int* pSizeSpec, int* pSizeInit,
+                                                           int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f32fc(int* pSizeSpec, int* pSizeInit,
+                                                               int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                            int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                            int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
+                                                                int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                                int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                                int* pSizeWork);
+/** See zetsAnalysisFilterGetSize_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
+                                                                    int* pSizeWork);
+
+/** Lays a bank's state out in memory of the caller, with silence behind it; also starts a stream
+ *  anew. The state lives in pMemSpec until the caller takes that memory back.
+ *  @param ppSpec    out: the state
+ *  @param pMemSpec  memory of GetSize's first size
+ *  @param pMemInit  memory of the second size, not needed afterwards
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBR_RToR_32f(
+    ZetsAnalysisFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f(
+    ZetsAnalysisFilterSpec_SBR_RToC_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f32fc(
+    ZetsAnalysisFilterSpec_SBR_RToC_32f32fc** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBR_RToR_32f(
+    ZetsSynthesisFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBR_CToR_32f(
+    ZetsSynthesisFilterSpec_SBR_CToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBR_CToR_32fc32f(
+    ZetsSynthesisFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBR_RToR_32f(
+    ZetsSynthesisDownFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32f(
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+/** See zetsAnalysisFilterInit_SBR_RToR_32f. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32fc32f(
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit);
+
+/** Analysis of numSlots slots of 32 samples into real subband samples (ISO/IEC 14496-3,
+ *  4.6.18.8.2.1).
+ *  @param pSrc      32 * numSlots samples
+ *  @param pDst      out: rows offset .. offset + numSlots - 1, of 32 samples each, are written
+ *  @param pWindow   320 values: every second one of SBR_TAB_QMF_WINDOW_640_FP
+ *  @param numSlots  below 1: nothing happens
+ *  @param offset    row of the first slot
+ *  @param kx        0..32: bands from here on are set to 0
+ *  @param pSpec     the bank's state
+ *  @param pWorkBuf  memory of GetSize's third size
+ *  Checks: pSpec or pWindow null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch;
+ *  pSrc, pDst or pWorkBuf null: zetStsNullPointer; kx: zetStsBadSize. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBR_RToR_32f_D2L(
+    const Zet32f* pSrc, Zet32f* pDst[], const Zet32f* pWindow, int numSlots, int offset, int kx,
+    const ZetsAnalysisFilterSpec_SBR_RToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Analysis into complex subband samples, real and imaginary parts in rows of their own (ISO/IEC
+ *  14496-3, 4.6.18.4.1). Arguments as for zetsAnalysisFilter_SBR_RToR_32f_D2L.
+ *  Checks: pSpec, pWindow or pWorkBuf null: zetStsNullPointer; not this bank's state:
+ *  zetStsSpecMismatch; kx: zetStsBadSize; pSrc or a destination null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBR_RToC_32f_D2L(
+    const Zet32f* pSrc, Zet32f* pDstRe[], Zet32f* pDstIm[], const Zet32f* pWindow, int numSlots,
+    int offset, int kx, const ZetsAnalysisFilterSpec_SBR_RToC_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Analysis into rows of Zet32fc. Arguments and checks as for
+ *  zetsAnalysisFilter_SBR_RToC_32f_D2L. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBR_RToC_32f32fc_D2L(
+    const Zet32f* pSrc, Zet32fc* pDst[], const Zet32f* pWindow, int numSlots, int offset, int kx,
+    const ZetsAnalysisFilterSpec_SBR_RToC_32f32fc* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis of numSlots slots of 64 samples from real subband samples (ISO/IEC 14496-3,
+ *  4.6.18.8.2.2).
+ *  @param pSrc      numSlots rows of 64 samples
+ *  @param pDst      out: 64 * numSlots samples
+ *  @param pWindow   640 values: SBR_TAB_QMF_WINDOW_640_FP
+ *  @param numSlots  below 1: nothing happens
+ *  @param pSpec     the bank's state
+ *  @param pWorkBuf  memory of GetSize's third size
+ *  Checks: pSpec or pWindow null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch;
+ *  pSrc, pDst or pWorkBuf null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBR_RToR_32f_D2L(
+    const Zet32f* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisFilterSpec_SBR_RToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis from complex subband samples, real and imaginary parts in rows of their own (ISO/IEC
+ *  14496-3, 4.6.18.4.2). Arguments as for zetsSynthesisFilter_SBR_RToR_32f_D2L.
+ *  Checks: pSpec, pWindow or pWorkBuf null: zetStsNullPointer; not this bank's state:
+ *  zetStsSpecMismatch; a source or pDst null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBR_CToR_32f_D2L(
+    const Zet32f* pSrcRe[], const Zet32f* pSrcIm[], Zet32f* pDst, const Zet32f* pWindow,
+    int numSlots, const ZetsSynthesisFilterSpec_SBR_CToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis from rows of Zet32fc. Arguments and checks as for
+ *  zetsSynthesisFilter_SBR_CToR_32f_D2L. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBR_CToR_32fc32f_D2L(
+    const Zet32fc* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisFilterSpec_SBR_CToR_32fc32f* pSpec, Zet8u* pWorkBuf);
+
+/** Synthesis at the rate of the input: zetsSynthesisFilter_SBR_RToR_32f_D2L with rows of 32
+ *  samples, 32 samples out per slot and 320 values of window, those of the analysis. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_RToR_32f_D2L(
+    const Zet32f* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisDownFilterSpec_SBR_RToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** zetsSynthesisFilter_SBR_CToR_32f_D2L at the rate of the input (ISO/IEC 14496-3, 4.6.18.4.3);
+ *  sizes as for zetsSynthesisDownFilter_SBR_RToR_32f_D2L. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_CToR_32f_D2L(
+    const Zet32f* pSrcRe[], const Zet32f* pSrcIm[], Zet32f* pDst, const Zet32f* pWindow,
+    int numSlots, const ZetsSynthesisDownFilterSpec_SBR_CToR_32f* pSpec, Zet8u* pWorkBuf);
+
+/** zetsSynthesisFilter_SBR_CToR_32fc32f_D2L at the rate of the input; sizes as for
+ *  zetsSynthesisDownFilter_SBR_RToR_32f_D2L. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBR_CToR_32fc32f_D2L(
+    const Zet32fc* pSrc[], Zet32f* pDst, const Zet32f* pWindow, int numSlots,
+    const ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f* pSpec, Zet8u* pWorkBuf);
+
 /* ------------------------------------------------------------------------------------------------
- * SBR: fixed-point QMF banks
+ * SBR: fixed-point QMF banks, one time slot per call, in high quality (SBRHQ: complex subband
+ * samples) and in low power (SBRLP: real ones). Modulations, gains, delays and phases are those of
+ * the floating banks above; the windows are built in, SBR_TABLE_QMF_WINDOW_320_INT_Q31 and
+ * SBR_TABLE_QMF_WINDOW_640_INT_Q31.
+ *
+ * Q formats. Every bank has the scale of its floating counterpart, in both modes: integers in, the
+ * same sums out, rounded to integers. So subband samples have the Q format of the samples that went
+ * into the analysis, and a synthesis gives that format back. The caller chooses it: PCM of 16 bits
+ * may carry up to 9 fractional bits (a shift to the left by 9) into the analysis. A decoder that
+ * amplifies subband samples does well to keep a bit or two of that as room: Q8 is a good choice.
+ *
+ * Range. Nothing ever wraps.
+ * - Analysis: samples of magnitude up to ZETAC_SBR_ANALYSIS_MAX = 2^24, 16 bits in Q9, are exact;
+ *   larger ones count as that limit. Subband samples then stay below 72.1 * 2^24 < 2^31.
+ * - Synthesis: values v of a slot saturate at 2^30. In high quality no input whose magnitudes are
+ *   below 2^30 gets there, whatever the signs, in low power none below 2^29; a sinusoid does not at
+ *   any amplitude that the subband samples can hold. The output is below 1.75 * 2^30.
+ *
+ * Accuracy. Inside, a slot has a common exponent, chosen from its largest value. Against exact
+ * sums, results are off by 0.5 for their own rounding plus, at most, 0.44 in the synthesis for
+ * the v of ten slots, rounded to half units, and for inputs of 16 bits a few hundredths for the
+ * transform.
+ *
+ * A state starts at the first multiple of 16 at or behind the caller's pointer, rounded up at every
+ * call. It holds one stream.
  * --------------------------------------------------------------------------------------------- */
+
+#define ZETAC_SBR_ANALYSIS_MAX 0x1000000 /**< magnitude that samples of an analysis may have */
+
+/** Size in bytes of a state, for memory of any alignment.
+ *  Checks: null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBRHQ_32s32sc(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterGetSize_SBRLP_32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBRHQ_32sc32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterGetSize_SBRLP_32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBRHQ_32sc32s(int* pSize);
+/** See zetsAnalysisFilterGetSize_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterGetSize_SBRLP_32s(int* pSize);
+
+/** Lays a state out in memory of the caller, with silence behind it; also starts a stream anew.
+ *  Checks: null: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBRHQ_32s32sc(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterInit_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInit_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterInit_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInit_SBRLP_32s(Zet8u* pState);
+
+/** Allocates a state with zetsMalloc_8u and initialises it.
+ *  Checks: null: zetStsNullPointer; allocation failed: zetStsNoMemory, *ppState untouched. */
+ZETAC_API ZetStatus zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterInitAlloc_SBRLP_32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInitAlloc_SBRHQ_32sc32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterInitAlloc_SBRLP_32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInitAlloc_SBRHQ_32sc32s(Zet8u** ppState);
+/** See zetsAnalysisFilterInitAlloc_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterInitAlloc_SBRLP_32s(Zet8u** ppState);
+
+/** Releases a state of InitAlloc; a state of Init is left as it is.
+ *  Checks: null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsAnalysisFilterFree_SBRHQ_32s32sc(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilterFree_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterFree_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisFilterFree_SBRLP_32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterFree_SBRHQ_32sc32s(Zet8u* pState);
+/** See zetsAnalysisFilterFree_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsSynthesisDownFilterFree_SBRLP_32s(Zet8u* pState);
+
+/** Analysis of 32 samples into 32 complex subband samples (ISO/IEC 14496-3, 4.6.18.4.1).
+ *  @param pSrc    32 samples, the oldest first, of magnitude up to ZETAC_SBR_ANALYSIS_MAX (limited)
+ *  @param pDst    out: 32 subband samples in the Q format of pSrc
+ *  @param kx      0..32: bands from here on are set to 0
+ *  @param pState  the bank's state
+ *  Checks: a null pointer: zetStsNullPointer; not this bank's state: zetStsSpecMismatch; kx:
+ *  zetStsBadSize. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBRHQ_32s32sc(const Zet32s* pSrc, Zet32sc* pDst, int kx,
+                                                     Zet8u* pState);
+/** Analysis into 32 real subband samples (ISO/IEC 14496-3, 4.6.18.8.2.1). Arguments and checks as
+ *  for zetsAnalysisFilter_SBRHQ_32s32sc. */
+ZETAC_API ZetStatus zetsAnalysisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, int kx,
+                                                 Zet8u* pState);
+
+/** Synthesis of 64 samples from 64 complex subband samples (ISO/IEC 14496-3, 4.6.18.4.2).
+ *  @param pSrc    64 subband samples; any values, see above for when results saturate
+ *  @param pDst    out: 64 samples in the Q format of pSrc
+ *  @param pState  the bank's state
+ *  Checks: a null pointer: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst,
+                                                      Zet8u* pState);
+/** Synthesis from 64 real subband samples (ISO/IEC 14496-3, 4.6.18.8.2.2). Arguments and checks as
+ *  for zetsSynthesisFilter_SBRHQ_32sc32s. */
+ZETAC_API ZetStatus zetsSynthesisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, Zet8u* pState);
+
+/** Synthesis of 32 samples, at the rate of the analysed signal, from 32 complex subband samples
+ *  (ISO/IEC 14496-3, 4.6.18.4.3). A state of zetsSynthesisFilterInit_SBRHQ_32sc32s is accepted too;
+ *  the bank then uses the first half of its delay line. A stream keeps to one of the two banks:
+ *  after a change the next ten slots mix what the other one left in the line, safely.
+ *  @param pSrc    32 subband samples; any values, see above for when results saturate
+ *  @param pDst    out: 32 samples in the Q format of pSrc
+ *  @param pState  state of this bank or of the 64-band synthesis in the same mode
+ *  Checks: a null pointer: zetStsNullPointer; neither of the two states: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst,
+                                                          Zet8u* pState);
+/** zetsSynthesisDownFilter_SBRHQ_32sc32s from 32 real subband samples; accepts a state of
+ *  zetsSynthesisFilterInit_SBRLP_32s too. */
+ZETAC_API ZetStatus zetsSynthesisDownFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst,
+                                                      Zet8u* pState);
+
+/** Prediction coefficients of one band of complex fixed-point samples, for HF generation (ISO/IEC
+ *  14496-3, 4.6.18.6.2): the covariance method over numSlots slots, as in the floating predictors.
+ *  Covariances are 64-bit integers, exact while samples are below 2^27 (for up to 64 slots), and
+ *  the equations are solved in double precision; the samples' Q format plays no part. Where either
+ *  coefficient reaches magnitude 4, both are 0.
+ *  @param pSrc      numSlots + 2 rows, one per slot: two slots of history, then the block
+ *  @param pAlpha0   out: coefficient of the sample one slot back, Q29
+ *  @param pAlpha1   out: coefficient of the sample two slots back, Q29
+ *  @param band      index in the rows
+ *  @param numSlots  slots of the block; below 1: nothing is written
+ *  Checks: a null pointer: zetStsNullPointer; band below 0: zetStsBadSize. */
+ZETAC_API ZetStatus zetsPredictOneCoef_SBRHQ_32sc_D2L(const Zet32sc* const pSrc[], Zet32sc* pAlpha0,
+                                                      Zet32sc* pAlpha1, int band, int numSlots);
+/** The same for real samples (ISO/IEC 14496-3, 4.6.18.8.5). Arguments and checks as for
+ *  zetsPredictOneCoef_SBRHQ_32sc_D2L. */
+ZETAC_API ZetStatus zetsPredictOneCoef_SBRLP_32s_D2L(const Zet32s* const pSrc[], Zet32s* pAlpha0,
+                                                     Zet32s* pAlpha1, int band, int numSlots);
+
+/** Undoes the wrap of a circular delay line, such as the history of a subband or of a bank, and
+ *  changes its Q format on the way: pDst[i] = pSrc[(position + i) mod len] * 2^-scaleFactor.
+ *  @param pSrc         the line, len values
+ *  @param pDst         out: len values, the one at position first; not pSrc
+ *  @param len          at least 1
+ *  @param position     where the line begins, 0..len - 1
+ *  @param scaleFactor  -31..31; positive: rounded to nearest, halves upwards; negative: to the
+ *                      left, modulo 2^32
+ *  Checks: a null pointer: zetStsNullPointer; len or position: zetStsBadSize; scaleFactor:
+ *  zetStsBadArg. */
+ZETAC_API ZetStatus zetsInvWrap_32s_Sf(const Zet32s* pSrc, Zet32s* pDst, int len, int position,
+                                       int scaleFactor);
 
 /* ------------------------------------------------------------------------------------------------
  * SBR: prediction, detection and the encoder's bank

@@ -4,9 +4,9 @@
 
 #include "core/levels.h"
 
-#define ZETAC_ENGINE dct
+#define ZETAC_FAMILY transform::dct
 #define ZETAC_KERNELS "transform/dct_kernels.inc"
-#include "transform/every_width.inc"
+#include "core/every_width.inc"
 
 namespace zetac::transform {
 

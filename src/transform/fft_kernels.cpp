@@ -5,9 +5,9 @@
 #include "core/levels.h"
 #include "transform/fft_real.h"
 
-#define ZETAC_ENGINE fft
+#define ZETAC_FAMILY transform::fft
 #define ZETAC_KERNELS "transform/fft_kernels.inc"
-#include "transform/every_width.inc"
+#include "core/every_width.inc"
 
 namespace zetac::transform {
 

@@ -5,9 +5,9 @@
 #include "transform/fft_kernels.h"
 #include "transform/fft_real.h"
 
-#define ZETAC_ENGINE mdct
+#define ZETAC_FAMILY transform::mdct
 #define ZETAC_KERNELS "transform/mdct_kernels.inc"
-#include "transform/every_width.inc"
+#include "core/every_width.inc"
 
 namespace zetac::transform {
 
