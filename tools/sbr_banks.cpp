@@ -207,8 +207,8 @@ const LowBand& FixedBanks::predict(int first, int end, LowPrediction& p) {
 void FixedBanks::join(const OutputBand& output, const SbrSplit::Range& range, int slot,
                       Zet32sc* row) const {
     constexpr float kScale = 1 << kSbrCoreFraction;
-    constexpr float kMax = 0x1p30F;
     const auto fixed = [](float value) {
+        constexpr float kMax = 0x1p30F;
         return static_cast<Zet32s>(std::clamp(value * kScale, -kMax, kMax));
     };
     std::copy_n(rows_[slot + kSbrDelay], range.kx, row);
