@@ -1,0 +1,167 @@
+// The life of the floating QMF banks. A block of memory holds the transform's state, the bank's and
+// its delay line, one behind the other.
+#include "sbr/qmf_float_bank.h"
+
+#include <algorithm>
+
+#include "core/checks.h"
+
+namespace zetac::sbr {
+namespace {
+
+struct Sizes {
+    int spec;
+    int init;
+    int work;
+};
+
+// The transforms that the banks run, through their public interface.
+template <class TransformSpec, auto getFftSize, auto initFft, int order>
+struct Fft {
+    using Spec = TransformSpec;
+    static ZetStatus getSize(Sizes* sizes) {
+        return getFftSize(order, zetFftNoDiv, zetAlgHintAccurate, &sizes->spec, &sizes->init,
+                          &sizes->work);
+    }
+    static ZetStatus init(Spec** spec, Zet8u* memory, Zet8u* memInit) {
+        return initFft(spec, order, zetFftNoDiv, zetAlgHintAccurate, memory, memInit);
+    }
+};
+template <class TransformSpec, auto getDctSize, auto initDct, int len, ZetHintAlgorithm hint>
+struct Dct {
+    using Spec = TransformSpec;
+    static ZetStatus getSize(Sizes* sizes) {
+        return getDctSize(len, hint, &sizes->spec, &sizes->init, &sizes->work);
+    }
+    static ZetStatus init(Spec** spec, Zet8u* memory, Zet8u* memInit) {
+        return initDct(spec, len, hint, memory, memInit);
+    }
+};
+using FftOfParts = Fft<ZetsFFTSpec_C_32f, zetsFFTGetSize_C_32f, zetsFFTInit_C_32f, 5>;
+template <int order>
+using FftOfPairs = Fft<ZetsFFTSpec_C_32fc, zetsFFTGetSize_C_32fc, zetsFFTInit_C_32fc, order>;
+using InverseDct =
+    Dct<ZetsDCTInvSpec_32f, zetsDCTInvGetSize_32f, zetsDCTInvInit_32f, 32, zetAlgHintAccurate>;
+template <int len>
+using ForwardDct =
+    Dct<ZetsDCTFwdSpec_32f, zetsDCTFwdGetSize_32f, zetsDCTFwdInit_32f, len, zetAlgHintFast>;
+
+// A bank's transform, its delay line and the room for it, in values.
+template <class BankTransform, int count, int room = count>
+struct Bank {
+    using Transform = BankTransform;
+    static constexpr int kCount = count;
+    static constexpr int kRoom = room;
+};
+using AnalysisReal = Bank<InverseDct, 320>;
+using AnalysisComplex = Bank<FftOfParts, 320>;
+using SynthesisReal = Bank<ForwardDct<64>, 1281, 1284>;
+using SynthesisComplex = Bank<FftOfPairs<5>, 1280>;
+using DownReal = Bank<ForwardDct<32>, 640>;
+using DownComplex = Bank<FftOfPairs<6>, 640>;
+
+template <class Bank>
+ZetStatus getSize(int* spec, int* init, int* work) {
+    ZETAC_REQUIRE(core::allSet(spec, init, work), zetStsNullPointer);
+    Sizes sizes;
+    const ZetStatus status = Bank::Transform::getSize(&sizes);
+    ZETAC_REQUIRE(status == zetStsOk, status);
+    *spec = core::roundUp(sizes.spec, kQmfAlignment) + kQmfAlignment - 1 + kQmfSpecRoom +
+            Bank::kRoom * static_cast<int>(sizeof(Zet32f));
+    *init = sizes.init + 4;
+    *work = sizes.work + 4;
+    return zetStsOk;
+}
+
+template <class Bank, class Spec>
+ZetStatus init(Spec** result, Zet8u* memory, Zet8u* memInit) {
+    ZETAC_REQUIRE(core::allSet(result, memory, memInit), zetStsNullPointer);
+    Sizes sizes;
+    typename Bank::Transform::Spec* transform = nullptr;
+    Zet8u* start = core::alignUp(memory, kQmfAlignment);
+    ZetStatus status = Bank::Transform::getSize(&sizes);
+    if (status == zetStsOk) status = Bank::Transform::init(&transform, start, memInit);
+    ZETAC_REQUIRE(status == zetStsOk, status);
+    Zet8u* place = start + core::roundUp(sizes.spec, kQmfAlignment);
+    auto* spec = reinterpret_cast<Spec*>(place);
+    auto* line = reinterpret_cast<Zet32f*>(place + kQmfSpecRoom);
+    static_cast<QmfSpec&>(*spec) = {kQmfId<Spec>, line, 0, transform};
+    std::fill_n(line, Bank::kCount, 0.0f);
+    *result = spec;
+    return zetStsOk;
+}
+
+}  // namespace
+}  // namespace zetac::sbr
+
+using namespace zetac::sbr;
+
+ZetStatus zetsAnalysisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
+    return getSize<AnalysisReal>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
+    return getSize<AnalysisComplex>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f32fc(int* pSizeSpec, int* pSizeInit,
+                                                     int* pSizeWork) {
+    return getSize<AnalysisComplex>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsSynthesisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
+    return getSize<SynthesisReal>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
+    return getSize<SynthesisComplex>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
+                                                      int* pSizeWork) {
+    return getSize<SynthesisComplex>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsSynthesisDownFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                      int* pSizeWork) {
+    return getSize<DownReal>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit,
+                                                      int* pSizeWork) {
+    return getSize<DownComplex>(pSizeSpec, pSizeInit, pSizeWork);
+}
+ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
+                                                          int* pSizeWork) {
+    return getSize<DownComplex>(pSizeSpec, pSizeInit, pSizeWork);
+}
+
+ZetStatus zetsAnalysisFilterInit_SBR_RToR_32f(ZetsAnalysisFilterSpec_SBR_RToR_32f** ppSpec,
+                                              Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<AnalysisReal>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f(ZetsAnalysisFilterSpec_SBR_RToC_32f** ppSpec,
+                                              Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<AnalysisComplex>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f32fc(ZetsAnalysisFilterSpec_SBR_RToC_32f32fc** ppSpec,
+                                                  Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<AnalysisComplex>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsSynthesisFilterInit_SBR_RToR_32f(ZetsSynthesisFilterSpec_SBR_RToR_32f** ppSpec,
+                                               Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<SynthesisReal>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsSynthesisFilterInit_SBR_CToR_32f(ZetsSynthesisFilterSpec_SBR_CToR_32f** ppSpec,
+                                               Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<SynthesisComplex>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsSynthesisFilterInit_SBR_CToR_32fc32f(
+    ZetsSynthesisFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<SynthesisComplex>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsSynthesisDownFilterInit_SBR_RToR_32f(
+    ZetsSynthesisDownFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<DownReal>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32f(
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<DownComplex>(ppSpec, pMemSpec, pMemInit);
+}
+ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32fc32f(
+    ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
+    return init<DownComplex>(ppSpec, pMemSpec, pMemInit);
+}

@@ -1,0 +1,112 @@
+// The states of the floating QMF banks and what the banks have in common.
+#pragma once
+
+#include <zetac.h>
+
+#include <type_traits>
+
+#include "core/spec.h"
+#include "sbr/qmf_float_kernels.h"
+
+namespace zetac::sbr {
+
+// Lies behind the state of its transform, the delay line behind it.
+struct QmfSpec {
+    core::SpecId id;
+    Zet32f* line;
+    mutable Zet32s position;
+    const void* transform;
+
+    DelayLine delayLine() const { return {line, &position}; }
+};
+
+inline constexpr int kQmfSpecRoom = 32;
+inline constexpr int kQmfAlignment = 16;
+static_assert(sizeof(QmfSpec) <= kQmfSpecRoom);
+
+}  // namespace zetac::sbr
+
+struct ZetsAnalysisFilterSpec_SBR_RToR_32f : zetac::sbr::QmfSpec {};
+struct ZetsAnalysisFilterSpec_SBR_RToC_32f : zetac::sbr::QmfSpec {};
+struct ZetsAnalysisFilterSpec_SBR_RToC_32f32fc : zetac::sbr::QmfSpec {};
+struct ZetsSynthesisFilterSpec_SBR_RToR_32f : zetac::sbr::QmfSpec {};
+struct ZetsSynthesisFilterSpec_SBR_CToR_32f : zetac::sbr::QmfSpec {};
+struct ZetsSynthesisFilterSpec_SBR_CToR_32fc32f : zetac::sbr::QmfSpec {};
+struct ZetsSynthesisDownFilterSpec_SBR_RToR_32f : zetac::sbr::QmfSpec {};
+struct ZetsSynthesisDownFilterSpec_SBR_CToR_32f : zetac::sbr::QmfSpec {};
+struct ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f : zetac::sbr::QmfSpec {};
+
+namespace zetac::sbr {
+
+// Identifiers of the banks.
+template <class Spec>
+inline constexpr core::SpecId kQmfId{};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f32fc>{0x434D4156};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f>{0x434D4157};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsAnalysisFilterSpec_SBR_RToR_32f>{0x434D4158};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32fc32f>{0x434D4159};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32f>{0x434D415A};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsSynthesisFilterSpec_SBR_RToR_32f>{0x434D415B};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f>{0x434D415C};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32f>{0x434D415D};
+template <>
+inline constexpr core::SpecId kQmfId<ZetsSynthesisDownFilterSpec_SBR_RToR_32f>{0x434D415E};
+
+template <class Spec>
+bool isBank(const Spec* spec) {
+    return core::hasId(spec, kQmfId<Spec>);
+}
+
+// Rows of samples, alone or in pairs, as rows of singles.
+template <class Value>
+Value* singles(Value* row) {
+    return row;
+}
+inline Zet32f* singles(Zet32fc* row) {
+    return &row->re;
+}
+inline const Zet32f* singles(const Zet32fc* row) {
+    return &row->re;
+}
+
+// A matrix, or the real and imaginary parts of one; im may be null.
+template <class Row>
+struct QmfMatrix {
+    Row* const* re;
+    Row* const* im;
+
+    // The rows of a batch.
+    auto rows(int first, int count) const {
+        QmfRows<std::remove_pointer_t<decltype(singles(re[0]))>> result{};
+        for (int i = 0; i < count; ++i) {
+            result.re[i] = singles(re[first + i]);
+            if (im) result.im[i] = singles(im[first + i]);
+        }
+        return result;
+    }
+};
+
+// Slots of a call in runs of a kernel: run(kernels, first, count). Few slots take the four lanes of
+// level 0 instead of leaving most of a wide vector idle.
+template <class Run>
+void forBatches(int numSlots, Run run) {
+    const QmfFloatKernels& narrow = kQmfFloatKernels[0];
+    const QmfFloatKernels& wide = core::select(kQmfFloatKernels);
+    for (int first = 0; first < numSlots;) {
+        const int left = numSlots - first;
+        const QmfFloatKernels& kernels = left <= narrow.lanes ? narrow : wide;
+        const int count = left < kernels.lanes ? left : kernels.lanes;
+        run(kernels, first, count);
+        first += count;
+    }
+}
+
+}  // namespace zetac::sbr

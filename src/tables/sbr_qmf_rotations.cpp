@@ -1,0 +1,30 @@
+#include "tables/sbr_qmf_rotations.h"
+
+#include "core/constexpr_math.h"
+
+namespace zetac::tables {
+namespace {
+
+// gain e^(i pi (first + step n) / half).
+template <int size>
+constexpr Rotations<size> makeRotations(long double gain, long double first, long double step,
+                                        int half) {
+    Rotations<size> rotations{};
+    for (int n = 0; n < size; ++n) {
+        const long double angle = core::kPi * (first + step * n) / half;
+        rotations.re[n] = static_cast<float>(gain * core::cosine(angle));
+        rotations.im[n] = static_cast<float>(gain * core::sine(angle));
+    }
+    return rotations;
+}
+
+}  // namespace
+
+constexpr Rotations<32> kQmfTurns32 = makeRotations<32>(1, 0, -1, 64);
+constexpr Rotations<32> kQmfAnalysisPhases = makeRotations<32>(2, -1, -2, 256);
+constexpr Rotations<32> kQmfSynthesisTurns = makeRotations<32>(1.0L / 64, -1, -4, 256);
+constexpr Rotations<32> kQmfDownPhases = makeRotations<32>(1.0L / 64, -127.5L, -255, 128);
+constexpr Rotations<64> kQmfTurns64 = makeRotations<64>(1, 0, -1, 128);
+constexpr Rotations<64> kQmfEncoderPhases = makeRotations<64>(1, 1, 2, 256);
+
+}  // namespace zetac::tables

@@ -1,0 +1,24 @@
+// Rotations before and after the FFTs of the complex SBR filter banks (ISO/IEC 14496-3, 4.6.18.4).
+#pragma once
+
+namespace zetac::tables {
+
+template <int size>
+struct Rotations {
+    alignas(64) float re[size];
+    alignas(64) float im[size];
+};
+
+// e^(-i pi n / 64): between values and an FFT of 32 points, in every bank.
+extern const Rotations<32> kQmfTurns32;
+// 2 e^(-i pi (2 k + 1) / 256): the phase and gain of band k in the analysis.
+extern const Rotations<32> kQmfAnalysisPhases;
+// 1/64 e^(-i pi (4 n + 1) / 256): in front of the synthesis of 64 bands.
+extern const Rotations<32> kQmfSynthesisTurns;
+// 1/64 e^(-i pi (2 k + 1) 127.5 / 128): the phase and gain of band k in the down synthesis.
+extern const Rotations<32> kQmfDownPhases;
+// e^(-i pi n / 128) and e^(i pi (2 k + 1) / 256): the encoder's analysis of 64 bands.
+extern const Rotations<64> kQmfTurns64;
+extern const Rotations<64> kQmfEncoderPhases;
+
+}  // namespace zetac::tables
