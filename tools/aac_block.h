@@ -116,4 +116,9 @@ class BlockParser {
     bool hasCoupling_ = false;
 };
 
+/** Whether a stream is HE-AAC with implicit signalling: SBR data among its first blocks, at a rate
+ *  that can be doubled.
+ *  @param data  with kReadAhead readable bytes behind it */
+bool carriesSbr(std::span<const Zet8u> data);
+
 }  // namespace zetac::codec

@@ -110,9 +110,8 @@ void AacDecoder::allocate() {
         }
         if (isLongTerm) state.longTerm = std::make_unique<LongTermPrediction>();
     }
-    const bool hasSbr = options_.sbr != SbrOutput::kNone;
-    if (hasSbr) allocateSbr();
-    if (channels <= 2 && !isLongTerm && !hasSbr) return;
+    if (decodesSbr()) allocateSbr();
+    if (channels <= 2 && !isLongTerm && !decodesSbr()) return;
     planes_.resize(static_cast<size_t>(channels) * samples());
     for (int c = 0; c < channels; ++c) planeOrder_[outputPosition(c)] = plane(c);
 }
@@ -248,7 +247,7 @@ void AacDecoder::conceal() {
  *  long-term prediction, take the way over planes. */
 void AacDecoder::synthesise(Zet16s* pcm) {
     const int channels = parser_.channels();
-    if (options_.sbr != SbrOutput::kNone) {
+    if (decodesSbr()) {
         synthesiseSbr();
         zetsInterleave_16s(planeOrder_, channels, samples(), pcm);
         return;
@@ -295,7 +294,7 @@ bool AacDecoder::hasParametricStereo() const {
 /** Reads the SBR data of all elements.
  *  @return the first fault */
 Fault AacDecoder::readSbr() {
-    if (options_.sbr == SbrOutput::kNone) return Fault::kNone;
+    if (!decodesSbr()) return Fault::kNone;
     Fault first = Fault::kNone;
     for (const AudioElement& element : parser_.elements()) {
         const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);

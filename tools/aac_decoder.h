@@ -78,6 +78,8 @@ class AacDecoder {
         return options_.sbr == SbrOutput::kDouble ? 2 * rate : rate;
     }
 
+    bool decodesSbr() const { return options_.sbr != SbrOutput::kNone; }
+
     /** Whether parametric stereo data have come, which are not decoded. */
     bool hasParametricStereo() const;
 
