@@ -1,0 +1,19 @@
+#include "sbr/qmf_fixed_kernels.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "core/fixed_point.h"
+#include "tables/sbr_qmf_fixed.h"
+
+#define ZETAC_FAMILY sbr
+#define ZETAC_KERNELS "sbr/qmf_fixed_kernels.inc"
+#define ZETAC_WIDE_KERNELS
+#include "core/every_level.inc"
+
+namespace zetac::sbr {
+
+constexpr core::LevelTable<QmfFixedKernels> kQmfFixedKernels = {
+    baseline::kKernels, sse41::kKernels, avx2::kKernels, avx512wide::kKernels};
+
+}  // namespace zetac::sbr
