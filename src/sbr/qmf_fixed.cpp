@@ -130,13 +130,19 @@ ZetStatus analyse(const Zet32s* src, Sample* dst, int kx, Zet8u* state,
     return zetStsOk;
 }
 
-// The other bank is one whose states are accepted too.
-template <Bank bank, Bank other = bank, class Sample>
+// A down bank takes a state of the 64-band bank of its mode as well.
+constexpr bool accepts(Bank bank, uint32_t identifier) {
+    if (bank == kSynthesisDownHQ && identifier == kSynthesisHQ) return true;
+    if (bank == kSynthesisDownLP && identifier == kSynthesisLP) return true;
+    return identifier == bank;
+}
+
+template <Bank bank, class Sample>
 ZetStatus synthesise(const Sample* src, Zet32s* dst, Zet8u* state,
                      void (*QmfFixedKernels::*kernel)(const Sample*, Zet32s*, Zet32s*, int)) {
     ZETAC_REQUIRE(core::allSet(src, dst, state), zetStsNullPointer);
     StateHeader* header = headerIn(state);
-    ZETAC_REQUIRE(header->identifier == bank || header->identifier == other, zetStsSpecMismatch);
+    ZETAC_REQUIRE(accepts(bank, header->identifier), zetStsSpecMismatch);
 
     const QmfFixedKernels& kernels = kQmfFixedKernels[static_cast<unsigned>(core::currentLevel())];
     runSlot<bank>(header,
@@ -189,11 +195,9 @@ ZetStatus zetsSynthesisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, Zet8u*
 }
 
 ZetStatus zetsSynthesisDownFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst, Zet8u* pState) {
-    return synthesise<kSynthesisDownHQ, kSynthesisHQ>(pSrc, pDst, pState,
-                                                      &QmfFixedKernels::synthesisDownHQ);
+    return synthesise<kSynthesisDownHQ>(pSrc, pDst, pState, &QmfFixedKernels::synthesisDownHQ);
 }
 
 ZetStatus zetsSynthesisDownFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, Zet8u* pState) {
-    return synthesise<kSynthesisDownLP, kSynthesisLP>(pSrc, pDst, pState,
-                                                      &QmfFixedKernels::synthesisDownLP);
+    return synthesise<kSynthesisDownLP>(pSrc, pDst, pState, &QmfFixedKernels::synthesisDownLP);
 }
