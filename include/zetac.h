@@ -2076,6 +2076,94 @@ ZETAC_API ZetStatus zetsInvWrap_32s_Sf(const Zet32s* pSrc, Zet32s* pDst, int len
  * SBR: prediction, detection and the encoder's bank
  * --------------------------------------------------------------------------------------------- */
 
+/** Second-order prediction coefficients of real subband samples over a block of time slots, by the
+ *  covariance method, for the high-frequency generator (ISO/IEC 14496-3, 4.6.18.6.2). Of every band
+ *  with samples X, with phi(i,j) = sum of X[n-i] X[n-j]* over the block,
+ *      d      = phi(2,2) phi(1,1) - |phi(1,2)|^2 / (1 + 10^-6),
+ *      alpha1 = (phi(0,1) phi(1,2) - phi(0,2) phi(1,1)) / d, or 0 where d^2 is 0,
+ *      alpha0 = -(phi(0,1) + alpha1 phi(1,2)*) / phi(1,1), or 0 where phi(1,1) is 0;
+ *  where either has a magnitude of 4 or more, both are 0. In single precision, sums in slot order;
+ *  the same bits on every processor and for any number of bands.
+ *  @param pSrc      numSlots + 2 rows of len samples: two slots of history, then the block
+ *  @param pAlpha0   out: len coefficients of the slot before
+ *  @param pAlpha1   out: len coefficients of the slot before that
+ *  @param len       bands; below 1: nothing is written
+ *  @param numSlots  slots of the block; below 1: nothing is written
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsPredictCoef_SBR_R_32f_D2L(const Zet32f* const pSrc[], Zet32f* pAlpha0,
+                                                  Zet32f* pAlpha1, int len, int numSlots);
+
+/** zetsPredictCoef_SBR_R_32f_D2L for complex samples, real and imaginary parts in rows of their own
+ *  and results likewise (ISO/IEC 14496-3, 4.6.18.6.2). */
+ZETAC_API ZetStatus zetsPredictCoef_SBR_C_32f_D2L(const Zet32f* const pSrcRe[],
+                                                  const Zet32f* const pSrcIm[], Zet32f* pAlpha0Re,
+                                                  Zet32f* pAlpha0Im, Zet32f* pAlpha1Re,
+                                                  Zet32f* pAlpha1Im, int len, int numSlots);
+
+/** zetsPredictCoef_SBR_C_32f_D2L on rows of Zet32fc; the results are the same bits. */
+ZETAC_API ZetStatus zetsPredictCoef_SBR_C_32fc_D2L(const Zet32fc* const pSrc[], Zet32fc* pAlpha0,
+                                                   Zet32fc* pAlpha1, int len, int numSlots);
+
+/** Transient detector of an encoder: the time slot in which the energies of many bands rise at
+ * once, where the grid of a frame (ISO/IEC 14496-3, 4.6.18.3.3) should have a border. Against the
+ * mean P of a band's past, a slot of energy E rises by max(0, E - P) / (E + P + floor); the
+ * strength of a slot is the mean over all bands, 0 to 1 (bands that jump by 10 dB: 0.8; stationary
+ * noise: about 0.1). Then P moves by a quarter of E - P. The same bits on every processor.
+ *  @param pSrc       energies |X|^2, [numSlots][len], slot after slot
+ *  @param pHistory   in/out: the mean past energies P of len bands, zeroed at the start
+ *  @param pStrength  out: numSlots strengths
+ *  @param pSlot      out: the first slot of the greatest strength, or -1 if that is below threshold
+ *  @param len        bands
+ *  @param numSlots   time slots
+ *  @param threshold  least strength of a transient; 0.5 suits
+ *  @param floor      energy that counts as silence, 0 or more, in the unit of pSrc
+ *  Checks: a null pointer: zetStsNullPointer; len, then numSlots below 1: zetStsBadSize. */
+ZETAC_API ZetStatus zetsDetectTransient_SBR_32f(const Zet32f* pSrc, Zet32f* pHistory,
+                                                Zet32f* pStrength, int* pSlot, int len,
+                                                int numSlots, Zet32f threshold, Zet32f floor);
+
+/** Tonality of bands for an encoder's choice of noise floors, inverse filtering and sinusoids
+ *  (ISO/IEC 14496-3, 4.6.18.3.5): what second-order prediction explains of a band's energy over the
+ *  block, divided by what it leaves. The coefficients are those of zetsPredictCoef_SBR_C_32f_D2L
+ *  without the limit of 4. A stationary sinusoid reaches the greatest ratio, 2^20 - 1 (60 dB);
+ * noise of n slots has a mean of about 2/n; silence gives 0. The same bits on every processor.
+ *  @param pSrcRe, pSrcIm  [numSlots + 2][len] real and imaginary parts, slot after slot: two slots
+ *                         of history, then the block
+ *  @param pTNR            out: len ratios of energies, 0 or more
+ *  @param len             bands
+ *  @param numSlots        slots of the block
+ *  Checks: a null pointer: zetStsNullPointer; len, then numSlots below 1: zetStsBadSize. */
+ZETAC_API ZetStatus zetsEstimateTNR_SBR_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm,
+                                            Zet32f* pTNR, int len, int numSlots);
+
+/** Sizes in bytes of the encoder's bank: its state, of any alignment, and memory that Init borrows.
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncGetSize_SBR_32f(int* pSize, int* pSizeInit);
+/** Lays the state out in pMem, from its first 16-byte boundary on. Either address may be given to
+ *  the functions below. Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncInit_SBR_32f(Zet8u* pMem, Zet8u* pMemInit);
+/** Allocates the state and, for the call, what Init borrows.
+ *  @param ppState  out: the state; null when there is no memory for it. When there is none for Init
+ *                  the state's block stays here all the same, not initialised, and is the caller's:
+ *                  release it with zetsFree
+ *  Checks: null: zetStsNullPointer; an allocation failed: zetStsNoMemory. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncInitAlloc_SBR_32f(Zet8u** ppState);
+/** Releases a state of InitAlloc; a state of Init is left as it is.
+ *  Checks: null: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsAnalysisFilterEncFree_SBR_32f(Zet8u* pState);
+
+/** The 64-band complex analysis of an SBR encoder: one slot from the latest 640 samples, without a
+ *  memory of its own. With x[0] the newest sample, c the prototype SBR_TAB_QMF_WINDOW_640_FP and
+ *  u[n] = sum over j = 0..4 of x[n + 128 j] c[n + 128 j], it is X[k] = sum over n = 0..127 of u[n]
+ *  exp(i pi/128 (k + 1/2)(2n + 1)), k = 0..63. The phase is not that of the synthesis banks, which
+ *  reconstruct from 2n - 1; it is for measuring, not for reconstruction.
+ *  @param pSrc    640 samples, the oldest first; the next slot begins 64 samples later
+ *  @param pDst    out: 64 bands
+ *  @param pState  the bank's state; only read
+ *  Checks: a null pointer: zetStsNullPointer; not this bank's state: zetStsSpecMismatch. */
+ZETAC_API ZetStatus zetsAnalysisFilterEnc_SBR_32f32fc(const Zet32f* pSrc, Zet32fc* pDst,
+                                                      Zet8u* pState);
+
 /* ------------------------------------------------------------------------------------------------
  * Escape-block VLC: blocks of values in a variable-length code of the caller, with the escapes of
  * Layer III (a magnitude of 15 is followed by escLen bits, the linbits) or of AAC (a magnitude of

@@ -25,6 +25,7 @@ constexpr Rotations<32> kQmfAnalysisPhases = makeRotations<32>(2, -1, -2, 256);
 constexpr Rotations<32> kQmfSynthesisTurns = makeRotations<32>(1.0L / 64, -1, -4, 256);
 constexpr Rotations<32> kQmfDownPhases = makeRotations<32>(1.0L / 64, -127.5L, -255, 128);
 constexpr Rotations<64> kQmfTurns64 = makeRotations<64>(1, 0, -1, 128);
-constexpr Rotations<64> kQmfEncoderPhases = makeRotations<64>(1, 1, 2, 256);
+constexpr Rotations<32> kQmfEncoderEvenPhases = makeRotations<32>(1, 1, 4, 256);
+constexpr Rotations<32> kQmfEncoderOddPhases = makeRotations<32>(1, 3, 4, 256);
 
 }  // namespace zetac::tables

@@ -17,8 +17,10 @@ extern const Rotations<32> kQmfAnalysisPhases;
 extern const Rotations<32> kQmfSynthesisTurns;
 // 1/64 e^(-i pi (2 k + 1) 127.5 / 128): the phase and gain of band k in the down synthesis.
 extern const Rotations<32> kQmfDownPhases;
-// e^(-i pi n / 128) and e^(i pi (2 k + 1) / 256): the encoder's analysis of 64 bands.
+// The encoder's analysis of 64 bands: e^(-i pi n / 128), and e^(i pi (2 k + 1) / 256) of even and
+// of odd bands k.
 extern const Rotations<64> kQmfTurns64;
-extern const Rotations<64> kQmfEncoderPhases;
+extern const Rotations<32> kQmfEncoderEvenPhases;
+extern const Rotations<32> kQmfEncoderOddPhases;
 
 }  // namespace zetac::tables
