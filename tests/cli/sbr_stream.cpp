@@ -164,8 +164,10 @@ void SbrWriter::writeVariableGrid(SbrGrid& grid, int frameClass, int lead) {
         bits_.append(static_cast<uint32_t>(second[i]), 2);
         grid.border[n - 1 - i] = static_cast<uint8_t>(grid.border[n - i] - 2 * second[i] - 2);
     }
-    const int pointer = between(0, n + (frameClass == SbrGrid::kVarFix ? 0 : 1));
-    bits_.append(static_cast<uint32_t>(pointer), std::bit_width(static_cast<unsigned>(n)));
+    const int width = std::bit_width(static_cast<unsigned>(n));
+    const int most = n + (frameClass == SbrGrid::kVarFix ? 0 : 1);
+    const int pointer = between(0, std::min(most, (1 << width) - 1));
+    bits_.append(static_cast<uint32_t>(pointer), width);
     for (int i = 0; i < n; ++i) {
         const int isHigh = between(0, 1);
         bits_.append(static_cast<uint32_t>(isHigh), 1);
