@@ -3,6 +3,8 @@
 #include "sbr_banks.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -18,6 +20,16 @@ void keepHistory(Row* rows) {
     std::memcpy(rows, rows + kSbrSlots, kSbrHistory * sizeof(Row));
 }
 
+Zet16s toPcm(Zet32f sample) {
+    const float limited = std::clamp(sample, -32768.F, 32767.F);
+    return static_cast<Zet16s>(static_cast<int>(limited + std::copysign(0.5F, limited)));
+}
+
+Zet16s toPcm(Zet32s sample) {
+    constexpr Zet32s kHalf = 1 << (kSbrCoreFraction - 1);
+    return static_cast<Zet16s>(std::clamp((sample + kHalf) >> kSbrCoreFraction, -32768, 32767));
+}
+
 // --- Floating point -----------------------------------------------------------------------------
 
 class FloatBanks : public SbrBanks {
@@ -25,7 +37,8 @@ class FloatBanks : public SbrBanks {
     explicit FloatBanks(bool isDownsampled);
 
     void analyse(const Zet32s* core, int bands) override;
-    const LowBand& predict(int first, int end, LowPrediction& prediction) override;
+    const LowBand& low(int, int) override { return low_; }
+    void predict(uint32_t bands, LowPrediction& prediction) override;
     void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
     size_t bytes() const override { return sizeof *this + memory_.size() + work_.size(); }
 
@@ -90,7 +103,9 @@ void FloatBanks::analyse(const Zet32s* core, int bands) {
                                         analysis_, work_.data());
 }
 
-const LowBand& FloatBanks::predict(int first, int end, LowPrediction& p) {
+/** All from the first to the last one: several at once cost little more than one. */
+void FloatBanks::predict(uint32_t bands, LowPrediction& p) {
+    const int first = std::countr_zero(bands);
     const Zet32f* re[kLowRows];
     const Zet32f* im[kLowRows];
     for (int i = 0; i < kLowRows; ++i) {
@@ -98,9 +113,8 @@ const LowBand& FloatBanks::predict(int first, int end, LowPrediction& p) {
         im[i] = low_.im[i] + first;
     }
     zetsPredictCoef_SBR_C_32f_D2L(re, im, p.alpha0Re + first, p.alpha0Im + first,
-                                  p.alpha1Re + first, p.alpha1Im + first, end - first,
-                                  kPredictedSlots);
-    return low_;
+                                  p.alpha1Re + first, p.alpha1Im + first,
+                                  std::bit_width(bands) - first, kPredictedSlots);
 }
 
 void FloatBanks::joinLow(const LowBand& low, const SbrSplit& split, OutputBand& output) {
@@ -130,8 +144,8 @@ void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* p
         zetsSynthesisFilter_SBR_CToR_32f_D2L(re, im, samples_, SBR_TAB_QMF_WINDOW_640_FP, kSbrSlots,
                                              synthesis_, work_.data());
     }
-    zetsConvert_32f16s_Sfs(samples_, pcm, isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength,
-                           zetRndNear, 0);
+    const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
+    for (int i = 0; i < length; ++i) pcm[i] = toPcm(samples_[i]);
 }
 
 // --- Fixed point --------------------------------------------------------------------------------
@@ -142,7 +156,8 @@ class FixedBanks : public SbrBanks {
     explicit FixedBanks(bool isDownsampled);
 
     void analyse(const Zet32s* core, int bands) override;
-    const LowBand& predict(int first, int end, LowPrediction& prediction) override;
+    const LowBand& low(int first, int end) override;
+    void predict(uint32_t bands, LowPrediction& prediction) override;
     void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
     size_t bytes() const override { return sizeof *this + analysis_.size() + synthesis_.size(); }
 
@@ -180,18 +195,23 @@ void FixedBanks::analyse(const Zet32s* core, int bands) {
     }
 }
 
-const LowBand& FixedBanks::predict(int first, int end, LowPrediction& p) {
+const LowBand& FixedBanks::low(int first, int end) {
     constexpr float kUnit = 1.F / (1 << kSbrCoreFraction);
-    constexpr float kAlphaUnit = 1.F / (1 << 29);
-    const Zet32sc* rows[kLowRows];
     for (int i = 0; i < kLowRows; ++i) {
-        rows[i] = rows_[i];
         for (int k = first; k < end; ++k) {
             low_.re[i][k] = static_cast<float>(rows_[i][k].re) * kUnit;
             low_.im[i][k] = static_cast<float>(rows_[i][k].im) * kUnit;
         }
     }
-    for (int k = first; k < end; ++k) {
+    return low_;
+}
+
+void FixedBanks::predict(uint32_t bands, LowPrediction& p) {
+    constexpr float kAlphaUnit = 1.F / (1 << 29);
+    const Zet32sc* rows[kLowRows];
+    for (int i = 0; i < kLowRows; ++i) rows[i] = rows_[i];
+    for (; bands != 0; bands &= bands - 1) {
+        const int k = std::countr_zero(bands);
         Zet32sc alpha0;
         Zet32sc alpha1;
         zetsPredictOneCoef_SBRHQ_32sc_D2L(rows, &alpha0, &alpha1, k, kPredictedSlots);
@@ -200,7 +220,6 @@ const LowBand& FixedBanks::predict(int first, int end, LowPrediction& p) {
         p.alpha1Re[k] = static_cast<float>(alpha1.re) * kAlphaUnit;
         p.alpha1Im[k] = static_cast<float>(alpha1.im) * kAlphaUnit;
     }
-    return low_;
 }
 
 /** Values that the synthesis would saturate are limited before they become integers. */
@@ -229,7 +248,7 @@ void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* p
         } else {
             zetsSynthesisFilter_SBRHQ_32sc32s(row, samples, synthesis_.data());
         }
-        zetsConvert_32s16s_Sfs(samples, pcm, length, kSbrCoreFraction);
+        for (int n = 0; n < length; ++n) pcm[n] = toPcm(samples[n]);
     }
 }
 

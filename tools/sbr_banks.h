@@ -50,8 +50,13 @@ class SbrBanks {
      *  @param bands  that are kept; the others are zero */
     virtual void analyse(const Zet32s* core, int bands) = 0;
 
-    /** The subbands [first, end) of the core, and their prediction over the frame. */
-    virtual const LowBand& predict(int first, int end, LowPrediction& prediction) = 0;
+    /** The subbands [first, end) of the core. */
+    virtual const LowBand& low(int first, int end) = 0;
+
+    /** Predicts subbands over the frame.
+     *  @param bands       a bit for each
+     *  @param prediction  out: of these subbands; others may be written too */
+    virtual void predict(uint32_t bands, LowPrediction& prediction) = 0;
 
     /** Joins the low band to the high one and synthesises a frame.
      *  @param output  in: the high band; the rest is scratch */

@@ -39,8 +39,10 @@ void SbrDecoder::decode(int channel, const Zet32s* core, Zet16s* pcm) {
 void SbrDecoder::makeHighBand(ChannelState& state, const SbrChannel& channel, int first) {
     const SbrFrequencyTables& tables = parser_.tables();
     const auto [lowest, highest] = tables.sources();
-    LowPrediction prediction;
-    const LowBand& low = state.banks->predict(lowest, highest, prediction);
+    LowPrediction prediction = {};
+    const uint32_t predicted = state.generator.begin(tables, channel);
+    if (predicted != 0) state.banks->predict(predicted, prediction);
+    const LowBand& low = state.banks->low(lowest, highest);
     state.generator.generate(low, prediction, tables, channel, high_);
     // Where the envelopes of two frames do not meet, nothing is heard.
     for (int slot = first; slot < 2 * channel.grid.border[0]; ++slot) {

@@ -12,7 +12,11 @@ namespace zetac::codec {
 /** Of one channel. */
 class SbrHfGenerator {
   public:
-    /** Makes the high band of one frame's envelopes. Call once a frame.
+    /** Takes over the inverse filtering of a frame. Call once a frame, first.
+     *  @return the low subbands whose prediction it needs, a bit for each */
+    uint32_t begin(const SbrFrequencyTables& tables, const SbrChannel& channel);
+
+    /** Makes the high band of the frame's envelopes.
      *  @param high  out: rows of the slots from the first to the last border; columns up to the
      *               padded count */
     void generate(const LowBand& low, const LowPrediction& prediction,
@@ -24,12 +28,16 @@ class SbrHfGenerator {
         float a0Re[kSbrBandsMax], a0Im[kSbrBandsMax], a1Re[kSbrBandsMax], a1Im[kSbrBandsMax];
     };
 
-    void updateChirp(const uint8_t* bs_invf_mode, int bands);
     void makeFilter(const LowPrediction& prediction, const SbrFrequencyTables& tables,
                     Filter& filter) const;
+    static void copy(const LowBand& low, int slot, const SbrPatch& patch, int first,
+                     HighBand& high);
+    static void filter(const LowBand& low, int slot, const SbrPatch& patch, int first,
+                       const Filter& filter, HighBand& high);
 
     uint8_t mode_[kSbrNoiseBandsMax] = {};  // bs_invf_mode of the frame before
     float chirp_[kSbrNoiseBandsMax] = {};   // bwArray
+    bool isFlattened_ = false;              // somewhere in this frame
 };
 
 }  // namespace zetac::codec
