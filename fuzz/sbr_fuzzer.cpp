@@ -49,7 +49,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const uint8_t* const end = data + size;
     for (++data; data < end;) {
         SbrPayload payload;
-        const auto length = std::min<size_t>(*data++, static_cast<size_t>(end - data));
+        const size_t wanted = *data++;
+        const size_t length = std::min(wanted, static_cast<size_t>(end - data));
         std::copy_n(data, length, payload.data);
         payload.bytes = length;
         data += length;

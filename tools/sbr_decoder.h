@@ -42,9 +42,9 @@ class SbrDecoder {
 
     /** What a channel remembers from frame to frame. */
     struct ChannelState {
-        std::unique_ptr<SbrBanks> banks;
-        SbrHfGenerator generator;
         SbrHfAdjuster adjuster;
+        SbrHfGenerator generator;
+        std::unique_ptr<SbrBanks> banks;
         SbrSplit::Range range;  // of the last frame
         int overhang = 0;       // slots of its envelopes that belong to this one
         float re[kOverhangMax][kSbrBandsMax];

@@ -228,11 +228,9 @@ void makeLimiterTable(int bs_limiter_bands, SbrFrequencyTables& t) {
     const double narrow = std::exp2(0.49 / kBandsPerOctave[bs_limiter_bands]);
     for (const uint8_t* edge = edges + 1; edge != end; ++edge) {
         uint8_t& last = t.limiter.edge[t.limiter.bands];
-        if (*edge >= last * narrow) {
-            t.limiter.add(*edge);
-        } else if (*edge == last || !isBorder(*edge)) {
-            continue;
-        } else if (!isBorder(last)) {
+        const bool isNarrow = *edge < last * narrow;
+        if (isNarrow && (*edge == last || !isBorder(*edge))) continue;
+        if (isNarrow && !isBorder(last)) {
             last = *edge;
         } else {
             t.limiter.add(*edge);

@@ -24,6 +24,8 @@ struct SbrBandTable {
 
     int first() const { return edge[0]; }
     int end() const { return edge[bands]; }
+    /** First column of a band in rows that begin with the table's first subband. */
+    int column(int band) const { return edge[band] - edge[0]; }
     void add(int value) { edge[++bands] = static_cast<uint8_t>(value); }
 };
 

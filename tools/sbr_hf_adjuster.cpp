@@ -33,12 +33,11 @@ constexpr NoiseTable kNoise = makeNoiseTable();
 constexpr float kSmoothing[] = {0.33333333333333F, 0.30150283239582F, 0.21816949906249F,
                                 0.11516383427084F, 0.03183050093751F};  // h_smooth
 
-/** Spreads values of bands over their subbands; row[0] is the crossover. */
+/** Spreads values of bands over their subbands. */
 template <int bandsMax>
 void spread(const SbrBandTable<bandsMax>& table, const float* values, float* row) {
     for (int i = 0; i < table.bands; ++i) {
-        std::fill(row + table.edge[i] - table.first(), row + table.edge[i + 1] - table.first(),
-                  values[i]);
+        std::fill(row + table.column(i), row + table.column(i + 1), values[i]);
     }
 }
 
@@ -57,8 +56,8 @@ void measure(const HighBand& high, int from, int to, int padded, float* power) {
 /** Without bs_interpol_freq all subbands of a band count as equally loud. */
 void average(const SbrBandTable<kSbrBandsMax>& table, float* power) {
     for (int i = 0; i < table.bands; ++i) {
-        float* first = power + table.edge[i] - table.first();
-        float* last = power + table.edge[i + 1] - table.first();
+        float* first = power + table.column(i);
+        float* last = power + table.column(i + 1);
         float sum = 0;
         for (const float* p = first; p < last; ++p) sum += *p;
         std::fill(first, last, sum / static_cast<float>(last - first));
@@ -73,8 +72,8 @@ void limit(const SbrBandTable<kSbrBandsMax>& table, int bs_limiter_gains, const 
     constexpr float kBoostMax = 1.584893192F;
     constexpr float kEpsilon = 1e-12F;
     for (int band = 0; band < table.bands; ++band) {
-        const int first = table.edge[band] - table.first();
-        const int last = table.edge[band + 1] - table.first();
+        const int first = table.column(band);
+        const int last = table.column(band + 1);
         float wantedSum = kEpsilon;
         float measuredSum = kEpsilon;
         for (int m = first; m < last; ++m) {
@@ -142,7 +141,7 @@ void SbrHfAdjuster::makeGains(const Frame& f, int envelope, const bool* isSine,
     for (int i = 0; i < bands.bands; ++i) {
         const bool* first = isSine + bands.edge[i];
         const bool* last = isSine + bands.edge[i + 1];
-        std::fill(hasSine + bands.edge[i] - kx, hasSine + bands.edge[i + 1] - kx,
+        std::fill(hasSine + bands.column(i), hasSine + bands.column(i + 1),
                   std::find(first, last, true) != last);
     }
     const bool isTransient = grid.isTransient(envelope);
