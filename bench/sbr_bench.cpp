@@ -1,10 +1,13 @@
-// The floating QMF banks: the time of one slot in a call of 32, and, named "alone", in a call of
-// one. The argument of every benchmark is the level; a level above the processor's is skipped.
+// The floating QMF banks, slots per second in calls of 32 and, named "alone", in calls of one; the
+// encoder's bank, slots per second; the predictors, bands per second for 38 slots, one SBR frame.
+// The argument of every benchmark is the level; a level above the processor's is skipped.
 #include <benchmark/benchmark.h>
 
 #include <random>
 #include <vector>
 
+#include "sbr/predict_float_kernels.h"
+#include "sbr/qmf_encoder_kernels.h"
 #include "sbr/qmf_float_bank.h"
 #include "transform/fft_spec.h"
 
@@ -51,13 +54,16 @@ struct Setting {
     }
 };
 
+bool isMissing(benchmark::State& state) {
+    if (state.range(0) <= static_cast<int>(core::currentLevel())) return false;
+    state.SkipWithError("not on this processor");
+    return true;
+}
+
 // run(kernels, first, count) over slots of a call, again and again.
 template <class Run>
 void measure(benchmark::State& state, int slots, Run run) {
-    if (state.range(0) > static_cast<int>(core::currentLevel())) {
-        state.SkipWithError("not on this processor");
-        return;
-    }
+    if (isMissing(state)) return;
     const QmfFloatKernels& kernels = kQmfFloatKernels[static_cast<size_t>(state.range(0))];
     for (auto _ : state) {
         for (int first = 0; first < slots; first += kernels.lanes)
@@ -131,6 +137,50 @@ void synthesizeDownPairs(benchmark::State& state) {
               kSlots);
 }
 
+void encode(benchmark::State& state) {
+    if (isMissing(state)) return;
+    const auto level = static_cast<size_t>(state.range(0));
+    Setting setting;
+    const transform::FftPlan& plan = setting.fft(6);
+    alignas(64) Zet32f re[64], im[64];
+    Zet32fc bands[64];
+    for (auto _ : state) {
+        kQmfEncoderKernels[level].toPoints(setting.samples.data(), re, im);
+        transform::kFftKernels[level].forwardSplit(plan, re, im, re, im, 1, nullptr);
+        kQmfEncoderKernels[level].toBands(re, im, bands);
+        benchmark::DoNotOptimize(bands);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+constexpr PredictorBlock kFrame = {32, 38};
+
+template <class Predict>
+void predict(benchmark::State& state, Predict run) {
+    if (isMissing(state)) return;
+    const auto values = randomValues(static_cast<size_t>(kFrame.len) * 2);
+    std::vector<const Zet32f*> rows(40, values.data());
+    Zet32f alpha[128];
+    for (auto _ : state) {
+        run(kPredictFloatKernels[static_cast<size_t>(state.range(0))], rows.data(), alpha);
+        benchmark::DoNotOptimize(alpha);
+    }
+    state.SetItemsProcessed(state.iterations() * kFrame.len);
+}
+void predictReal(benchmark::State& state) {
+    predict(state, [](const PredictFloatKernels& kernels, const Zet32f* const* rows,
+                      Zet32f* alpha) { kernels.real(rows, alpha, alpha + 32, kFrame); });
+}
+void predictParts(benchmark::State& state) {
+    predict(state,
+            [](const PredictFloatKernels& kernels, const Zet32f* const* rows, Zet32f* alpha) {
+                kernels.parts({rows, rows}, {alpha, alpha + 32}, {alpha + 64, alpha + 96}, kFrame);
+            });
+}
+
+BENCHMARK(encode)->DenseRange(0, core::kNumLevels - 1);
+BENCHMARK(predictReal)->DenseRange(0, core::kNumLevels - 1);
+BENCHMARK(predictParts)->DenseRange(0, core::kNumLevels - 1);
 BENCHMARK(analyzeReal)->DenseRange(0, core::kNumLevels - 1);
 BENCHMARK(analyzeParts)->DenseRange(0, core::kNumLevels - 1);
 BENCHMARK(analyzePairs)->DenseRange(0, core::kNumLevels - 1);

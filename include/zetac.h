@@ -1702,6 +1702,63 @@ typedef struct ZetMP3BitReservoir {
  * MP3 encoding: psychoacoustic model two
  * --------------------------------------------------------------------------------------------- */
 
+#define ZETAC_MP3_PSY_BUFFER_LEN 25152  /**< bytes of the model's work buffer */
+#define ZETAC_MP3_PSY_PARTITIONS_MAX 63 /**< threshold partitions of a long block, at most */
+#define ZETAC_MP3_PSY_LONG_LINES 6      /**< lines predicted from long spectra */
+#define ZETAC_MP3_PSY_SHORT_LINES 50    /**< short lines 2..51, predicted for long lines 6..205 */
+
+/** What the psychoacoustic model keeps of one analysis channel. Index 0 of a pair is the last
+ * block, index 1 the one before it. */
+typedef struct ZetMP3PsyChannelState {
+    uint64_t threshold[2][ZETAC_MP3_PSY_PARTITIONS_MAX]; /**< before the pre-echo limit */
+    Zet32s longMagnitude[2][ZETAC_MP3_PSY_LONG_LINES];   /**< Q6 */
+    Zet32sc longPhase[2][ZETAC_MP3_PSY_LONG_LINES];      /**< unit vectors, Q30; 0 without phase */
+    Zet32s shortMagnitude[2][ZETAC_MP3_PSY_SHORT_LINES]; /**< Q6 */
+    Zet32sc shortPhase[2][ZETAC_MP3_PSY_SHORT_LINES];    /**< unit vectors, Q30 */
+    Zet32s ratioLong[36]; /**< pending ratios, as ZetMP3PsyOutput has them; the first 21 are used */
+    Zet32s ratioShort[36]; /**< [12 bands][3 windows] */
+    Zet32s pe;             /**< pending perceptual entropy */
+    Zet32s block_type;     /**< pending block type, 0..3 */
+} ZetMP3PsyChannelState;
+
+/** State of the psychoacoustic model. All zero is the state before the first frame: silence, long
+ *  blocks. */
+typedef struct ZetMP3PsyState {
+    ZetMP3PsyChannelState channel[4]; /**< left, right, mid, side; the last two in joint stereo */
+} ZetMP3PsyState;
+
+/** Psychoacoustic model two for one frame (ISO/IEC 11172-3, Annex D.2 as Layer III adapts it in
+ *  C.1.5.3): block types, signal-to-mask ratios, perceptual entropy, the choice of M/S stereo and,
+ *  at low bit rates, of intensity stereo. Integer arithmetic throughout; nothing overflows,
+ * whatever the samples are.
+ *
+ *  The model looks one granule ahead. What a call delivers in granule slot 0 was found when the
+ *  last call analysed its last granule; slot 1 (MPEG-1) is the first granule of this call. The
+ * first call delivers in slot 0 what the state held.
+ *
+ *  @param pSrc       interleaved PCM. Granule g starts at time step 576 g and is analysed from
+ * there to 576 g + 1023, so 576 (granules - 1) + 1024 time steps are read
+ *  @param pOutput    out: [granule][channel], granules as in the frame. With M/S stereo they are
+ *                    mid and side instead of left and right
+ *  @param pIsSfbBound  out: [granule][3] with room for 6: the first band in intensity stereo, one
+ *                    value for a long granule, one per window for a short one. Written only when
+ *                    intensity stereo is chosen
+ *  @param pSideInfo  out: [granule][channel], window_switching_flag, block_type and
+ *                    mixed_block_flag (always 0); the other fields are left alone
+ *  @param pHeader    in: ID (1: two granules, else one), bitrate_index, sampling_frequency (other
+ *                    than 0..2 counts as 0), mode. Out: mode_extension. Intensity stereo is chosen
+ *                    for two channels and bitrate_index 6..8, in whatever mode; M/S only in mode 1
+ *  @param pState     in/out: state
+ *  @param pReserved  not looked at
+ *  @param pBuffer    work buffer of ZETAC_MP3_PSY_BUFFER_LEN bytes, aligned to 4
+ *  Checks: a null pointer: zetStsNullPointer. Fields of the header are not checked. */
+ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP3PsyOutput* pOutput,
+                                                       Zet32s* pIsSfbBound,
+                                                       ZetMP3GranuleSideInfo* pSideInfo,
+                                                       ZetMP3Header* pHeader,
+                                                       ZetMP3PsyState* pState, void* pReserved,
+                                                       Zet8u* pBuffer);
+
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: quantisation and rate control
  * --------------------------------------------------------------------------------------------- */
@@ -1716,7 +1773,8 @@ typedef struct ZetMP3BitReservoir {
  * subband samples. Complex samples come as two matrices of singles (_32f) or as one of Zet32fc.
  *
  * A matrix of subband samples is an array of row pointers, one row per time slot, low bands first
- * (D2L). Rows may lie anywhere; they are neither checked nor copied.
+ * (D2L). Rows may lie anywhere, but no destination may overlap a source; they are neither
+ * checked nor copied.
  *
  * Modulation. With w the window of 320 values (c[2i] of the standard's prototype c) and x[0] the
  * newest sample, u[n] = sum over j = 0..4 of w[n + 64 j] x[n + 64 j], the analysis of a slot is
@@ -2108,7 +2166,7 @@ ZETAC_API ZetStatus zetsPredictCoef_SBR_C_32fc_D2L(const Zet32fc* const pSrc[], 
  * once, where the grid of a frame (ISO/IEC 14496-3, 4.6.18.3.3) should have a border. Against the
  * mean P of a band's past, a slot of energy E rises by max(0, E - P) / (E + P + floor); the
  * strength of a slot is the mean over all bands, 0 to 1 (bands that jump by 10 dB: 0.8; stationary
- * noise: about 0.1). Then P moves by a quarter of E - P. The same bits on every processor.
+ * noise: about 0.12). Then P moves by a quarter of E - P. The same bits on every processor.
  *  @param pSrc       energies |X|^2, [numSlots][len], slot after slot
  *  @param pHistory   in/out: the mean past energies P of len bands, zeroed at the start
  *  @param pStrength  out: numSlots strengths

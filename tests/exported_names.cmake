@@ -1,4 +1,5 @@
-# exported_names.h: the functions of the public header that return a status, for the contract test.
+# exported_names.h: the functions of the public header that return a status, and the statuses, for
+# the contract test.
 set(header ${PROJECT_SOURCE_DIR}/include/zetac.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
 
@@ -9,5 +10,23 @@ if(NOT declarations)
   message(FATAL_ERROR "No exported functions found in ${header}")
 endif()
 string(JOIN "" names ${declarations})
+string(REGEX MATCHALL "zetSts[A-Za-z0-9]+ +=" statuses "${text}")
+list(TRANSFORM statuses REPLACE "(zetSts[A-Za-z0-9]+).*" "    {\"\\1\", \\1},\n")
+string(JOIN "" statuses ${statuses})
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/generated/exported_names.h CONTENT
-  "#pragma once\n\ninline constexpr const char* kExportedNames[] = {\n@names@};\n" @ONLY)
+  "#pragma once
+
+#include <zetac.h>
+
+#include <string_view>
+
+inline constexpr const char* kExportedNames[] = {
+@names@};
+
+struct NamedStatus {
+    std::string_view name;
+    ZetStatus status;
+};
+inline constexpr NamedStatus kStatuses[] = {
+@statuses@};
+" @ONLY)

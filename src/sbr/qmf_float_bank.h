@@ -94,15 +94,16 @@ struct QmfMatrix {
     }
 };
 
-// Slots of a call in runs of a kernel: run(kernels, first, count). Few slots take the four lanes of
-// level 0 instead of leaving most of a wide vector idle.
+// Slots of a call in runs of a kernel: run(kernels, first, count). The last ones take the level
+// whose lanes they just fit in, rather than leave most of a wider vector idle.
 template <class Run>
 void forBatches(int numSlots, Run run) {
-    const QmfFloatKernels& narrow = kQmfFloatKernels[0];
-    const QmfFloatKernels& wide = core::select(kQmfFloatKernels);
+    const auto highest = static_cast<size_t>(core::currentLevel());
     for (int first = 0; first < numSlots;) {
         const int left = numSlots - first;
-        const QmfFloatKernels& kernels = left <= narrow.lanes ? narrow : wide;
+        size_t level = 0;
+        while (level < highest && kQmfFloatKernels[level].lanes < left) ++level;
+        const QmfFloatKernels& kernels = kQmfFloatKernels[level];
         const int count = left < kernels.lanes ? left : kernels.lanes;
         run(kernels, first, count);
         first += count;

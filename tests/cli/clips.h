@@ -4,6 +4,7 @@
 // Copyright (c) 2026, The Zetac authors
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -25,6 +26,16 @@ Bytes clip(const std::string& name);
 /** The frames of an ADTS stream, each as it stands. */
 std::vector<Bytes> framesOf(const Bytes& adts);
 void append(Bytes& to, const Bytes& bytes);
+inline Bytes operator+(Bytes a, const Bytes& b) {
+    append(a, b);
+    return a;
+}
+/** Some of the frames, to the end unless told otherwise. */
+inline Bytes joined(const std::vector<Bytes>& frames, size_t first, size_t end = SIZE_MAX) {
+    Bytes stream;
+    for (size_t i = first; i < std::min(end, frames.size()); ++i) append(stream, frames[i]);
+    return stream;
+}
 
 Bytes ascii(const char* text);
 /** Tags as other programs write them; that of ID3v2 is full of bytes as good as a sync. */
@@ -68,5 +79,13 @@ class Random {
   private:
     uint32_t state_;
 };
+
+inline Bytes withFlippedBits(Bytes bytes, int count, Random& random) {
+    while (count-- > 0) {
+        const uint32_t bit = random.below(static_cast<uint32_t>(bytes.size() * 8));
+        bytes[bit / 8] ^= static_cast<Zet8u>(1u << bit % 8);
+    }
+    return bytes;
+}
 
 }  // namespace zetac::test

@@ -167,10 +167,7 @@ TEST_F(Command, DamageIsReportedAndConcealed) {
 /** What comes before the program config element is silence. */
 TEST_F(Command, LateLayout) {
     const std::vector<Bytes> frames = framesOf(clip("surround_71_pce"));
-    Bytes aac = frames[1];
-    append(aac, frames[2]);
-    append(aac, clip("surround_71_pce"));
-    put("a.aac", aac);
+    put("a.aac", joined(frames, 1, 3) + clip("surround_71_pce"));
     const ShellRun run = shell("$zetac decode a.aac");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.text.find("zetac: a.aac: at byte 7: audio before any program config element"),

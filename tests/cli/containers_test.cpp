@@ -26,23 +26,12 @@ void expectSameSound(const Decoded& decoded, const Bytes& original) {
 TEST(Containers, TagsAreNoDamage) {
     const Bytes original = clip("mono_8k_short_tns");
     const std::vector<Bytes> frames = framesOf(original);
-    Bytes stream = id3v2(100);
-    append(stream, id3v2(5));
-    append(stream, joined({frames.begin(), frames.begin() + 9}));
-    append(stream, id3v1());
-    append(stream, id3v2(20, true));
-    append(stream, joined({frames.begin() + 9, frames.end()}));
-    append(stream, apeTag(50));
-    append(stream, id3v1());
-    const Decoded decoded = decodeAll(stream);
+    const Decoded decoded = decodeAll(id3v2(100) + id3v2(5) + joined(frames, 0, 9) + id3v1() +
+                                      id3v2(20, true) + joined(frames, 9) + apeTag(50) + id3v1());
     expectSameSound(decoded, original);
     EXPECT_EQ(decoded.skippedBytes, 0u);
     EXPECT_EQ(decoded.positions[0], 110u + 15u + 7u);
-
-    Bytes adif = id3v2(60);
-    append(adif, clip("stereo_adif"));
-    append(adif, apeTag(0));
-    expectSameSound(decodeAll(adif), clip("stereo_adif"));
+    expectSameSound(decodeAll(id3v2(60) + clip("stereo_adif") + apeTag(0)), clip("stereo_adif"));
 }
 
 TEST(Containers, ForeignBytesArePassedOver) {
@@ -50,12 +39,16 @@ TEST(Containers, ForeignBytesArePassedOver) {
     // A header of another stream whose successor is missing, and bytes that look like a sync.
     const Bytes junk = {0xFF, 0xF1, 0x50, 0x80, 0x02, 0x1F, 0xFC, 0xFF, 0xFF, 0xF9, 0, 0xFF, 0xF1};
     const std::vector<Bytes> frames = framesOf(original);
-    Bytes stream = junk;
-    append(stream, joined({frames.begin(), frames.end() - 1}, junk));
-    append(stream, frames.back());
-    const Decoded decoded = decodeAll(stream);
+    const Decoded decoded =
+        decodeAll(junk + joined({frames.begin(), frames.end() - 1}, junk) + frames.back());
     expectSameSound(decoded, original);
     EXPECT_EQ(decoded.skippedBytes, junk.size() * frames.size());
+}
+
+void setLength(Bytes& frame, size_t length) {
+    frame[3] = static_cast<Zet8u>((frame[3] & 0xFC) | length >> 11);
+    frame[4] = static_cast<Zet8u>(length >> 3);
+    frame[5] = static_cast<Zet8u>((frame[5] & 0x1F) | length << 5);
 }
 
 /** A wrong frame length must not take the next frame along. */
@@ -65,11 +58,7 @@ TEST(Containers, WrongLengthCostsOneFrame) {
     for (const int change : {-40, -1, 1, 300}) {
         SCOPED_TRACE(change);
         std::vector<Bytes> frames = framesOf(original);
-        Bytes& frame = frames[10];
-        const size_t length = frame.size() + static_cast<size_t>(change);
-        frame[3] = static_cast<Zet8u>((frame[3] & 0xFC) | length >> 11);
-        frame[4] = static_cast<Zet8u>(length >> 3);
-        frame[5] = static_cast<Zet8u>((frame[5] & 0x1F) | length << 5);
+        setLength(frames[10], frames[10].size() + static_cast<size_t>(change));
         const Decoded decoded = decodeAll(joined(frames));
         ASSERT_EQ(decoded.pcm.size(), clean.size());
         EXPECT_EQ(decoded.damages(), change < 0 ? 1u : 0u);
@@ -80,11 +69,8 @@ TEST(Containers, WrongLengthCostsOneFrame) {
 
 TEST(Containers, FramesOfAnotherFormatAreConcealed) {
     const std::vector<Bytes> mono = framesOf(clip("mono_8k_short_tns"));
-    std::vector<Bytes> frames(mono.begin(), mono.begin() + 6);
     const std::vector<Bytes> other = framesOf(clip("mono_sbr_core"));
-    frames.insert(frames.end(), other.begin(), other.begin() + 3);
-    frames.insert(frames.end(), mono.begin() + 6, mono.end());
-    const Decoded decoded = decodeAll(joined(frames));
+    const Decoded decoded = decodeAll(joined(mono, 0, 6) + joined(other, 0, 3) + joined(mono, 6));
     EXPECT_EQ(decoded.damages(), 3u);
     EXPECT_EQ(std::ranges::count(decoded.faults, Fault::kFormatChanged), 3);
     EXPECT_EQ(decoded.sampleRate, 8000);
@@ -109,11 +95,9 @@ TEST(Containers, DamagedAdifEnds) {
 }
 
 TEST(Containers, NothingElseIsTakenForAac) {
-    EXPECT_FALSE(decodeAll({}).isAac);
-    EXPECT_FALSE(decodeAll(ascii("ADIF")).isAac);
-    EXPECT_FALSE(decodeAll(ascii("A text that goes on without any sync in it.")).isAac);
-    EXPECT_FALSE(decodeAll(id3v2(100)).isAac);
-    EXPECT_FALSE(decodeAll(Bytes(5000, 0xFF)).isAac);
+    for (const Bytes& bytes : {Bytes{}, ascii("ADIF"), ascii("A text without any sync in it."),
+                               id3v2(100), Bytes(5000, 0xFF)})
+        EXPECT_FALSE(decodeAll(bytes).isAac);
     Bytes layer3;  // the sync of an MPEG audio frame differs in its layer only
     for (int i = 0; i < 10; ++i) {
         append(layer3, {0xFF, 0xFB, 0x90, 0x64});
@@ -152,9 +136,7 @@ Bytes protectedFrame(const std::vector<Bytes>& frames) {
 
     Bytes result(frames[0].begin(), frames[0].begin() + kHeader);
     result[1] &= 0xFE;  // protection_absent
-    result[3] = static_cast<Zet8u>((result[3] & 0xFC) | length >> 11);
-    result[4] = static_cast<Zet8u>(length >> 3);
-    result[5] = static_cast<Zet8u>((result[5] & 0x1F) | length << 5);
+    setLength(result, length);
     result[6] = static_cast<Zet8u>((result[6] & 0xFC) | (frames.size() - 1));
     size_t position = 0;
     for (size_t i = 0; i + 1 < frames.size(); ++i) {
@@ -242,10 +224,7 @@ Bytes blockOf(const std::string& bits, const Bytes& rest) {
 Bytes withElements(const Bytes& frame, const std::string& bits) {
     Bytes result(frame.begin(), frame.begin() + 7);
     append(result, blockOf(bits, {frame.begin() + 7, frame.end()}));
-    const size_t length = result.size();
-    result[3] = static_cast<Zet8u>((result[3] & 0xFC) | length >> 11);
-    result[4] = static_cast<Zet8u>(length >> 3);
-    result[5] = static_cast<Zet8u>((result[5] & 0x1F) | length << 5);
+    setLength(result, result.size());
     return result;
 }
 
@@ -288,10 +267,10 @@ TEST(Elements, WrongSequencesAreFaults) {
     EXPECT_EQ(faultOf("111"), Fault::kElementMissing);
 }
 
-/** Two frames of a stereo stream at 44.1 kHz with this block. */
-Bytes stereoStream(const std::string& bits) {
-    const Bytes frame = withElements({0xFF, 0xF1, 0x50, 0x80, 0, 0x1F, 0xFC}, bits);
-    return joined({frame, frame});
+/** A stereo stream at 44.1 kHz of this block twice, or of it and another one. */
+Bytes stereoStream(const std::string& bits, const std::string& next = "") {
+    const Bytes header = {0xFF, 0xF1, 0x50, 0x80, 0, 0x1F, 0xFC};
+    return joined({withElements(header, bits), withElements(header, next.empty() ? bits : next)});
 }
 
 // A pair with a common window of one long band, its M/S mask to follow.
@@ -331,6 +310,29 @@ TEST(Elements, IntensityOfNoise) {
             // Rounding is not symmetric.
             ASSERT_NEAR(decoded.pcm[i + 1], sign * decoded.pcm[i], 1);
         }
+    }
+}
+
+/** Noise is the same in both channels where the mask says so, and has the energy of the stream:
+ * 2^18 of norm in an orthogonal transform, of which a line in PCM has 1/2048. Rounding 2048 samples
+ *  changes it by 1 in 10^4 (one standard deviation). */
+TEST(Elements, NoiseOfBothChannels) {
+    const std::string silence = "001 0000 1 0 00 0 000000 0 00 11001000 0 0 0 11001000 0 0 0 111";
+    const std::pair<const char*, bool> cases[] = {
+        {"00", false}, {"01 0", false}, {"01 1", true}, {"10", true}};
+    for (const auto& [mask, isShared] : cases) {
+        SCOPED_TRACE(mask);
+        const Decoded decoded = decodeAll(
+            stereoStream(std::string(PAIR_OF_ONE_BAND) + mask + NOISE NOISE "111", silence));
+        ASSERT_EQ(decoded.damages(), 0u);
+        double energy[2] = {};
+        bool isSame = true;
+        for (size_t i = 0; i < decoded.pcm.size(); ++i) {
+            energy[i % 2] += decoded.pcm[i] * decoded.pcm[i];
+            isSame &= decoded.pcm[i] == decoded.pcm[i ^ 1];
+        }
+        EXPECT_EQ(isSame, isShared);
+        for (const double e : energy) EXPECT_NEAR(e * 0x1p-25, 1, 1e-3);
     }
 }
 

@@ -69,6 +69,28 @@ Mp3Decoded decodeMp3(const Bytes& bytes) {
     return result;
 }
 
+Bytes infoFrame(const Bytes& stream, size_t at, const Bytes& tag) {
+    Bytes frame(mp3FrameBytes(stream.data()));
+    EXPECT_LE(at + tag.size(), frame.size());
+    std::copy_n(stream.begin(), 4, frame.begin());
+    std::ranges::copy(tag, frame.begin() + static_cast<ptrdiff_t>(at));
+    return frame;
+}
+
+Bytes xing(const char* name, Zet8u flags, const char* encoder, int delay, int padding) {
+    constexpr size_t kFieldBytes[] = {4, 4, 100, 4};
+    Bytes tag = ascii(name);
+    append(tag, {0, 0, 0, flags});
+    for (size_t i = 0; i < 4; ++i) {
+        if (flags >> i & 1) append(tag, Bytes(kFieldBytes[i], static_cast<Zet8u>(i + 1)));
+    }
+    append(tag, ascii(encoder));
+    append(tag, Bytes(12, 0x55));
+    append(tag, {static_cast<Zet8u>(delay >> 4), static_cast<Zet8u>(delay << 4 | padding >> 8),
+                 static_cast<Zet8u>(padding)});
+    return tag;
+}
+
 void putBits(Bytes& bytes, size_t firstBit, size_t count, uint32_t value) {
     for (size_t i = 0; i < count; ++i) {
         const size_t bit = firstBit + i;

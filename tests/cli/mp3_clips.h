@@ -39,6 +39,11 @@ struct Mp3Decoded {
  *  stands against canaries. */
 Mp3Decoded decodeMp3(const Bytes& bytes);
 
+/** A frame without sound, like the first one of the stream, with a tag at this byte. */
+Bytes infoFrame(const Bytes& stream, size_t at, const Bytes& tag);
+/** An encoder's tag with these optional fields. */
+Bytes xing(const char* name, Zet8u flags, const char* encoder, int delay, int padding);
+
 /** Where the side information of a frame without CRC begins, in bits. */
 inline constexpr size_t kSideInfoBits = 8 * 4;
 

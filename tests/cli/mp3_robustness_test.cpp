@@ -48,11 +48,7 @@ TEST(Mp3Robustness, FlippedBits) {
         const Bytes bytes = mp3Clip(name);
         const Mp3Decoded whole = decodeMp3(bytes);
         for (int round = 0; round < 60; ++round) {
-            Bytes damaged = bytes;
-            for (int flip = 0; flip < 1 << round % 8; ++flip) {
-                const uint32_t bit = random.below(static_cast<uint32_t>(bytes.size() * 8));
-                damaged[bit / 8] ^= static_cast<Zet8u>(1u << bit % 8);
-            }
+            const Bytes damaged = withFlippedBits(bytes, 1 << round % 8, random);
             const Mp3Decoded decoded = decodeMp3(damaged);
             EXPECT_LE(decoded.faults.size(), 2 * whole.faults.size());
             EXPECT_GE(4 * decoded.faults.size(), whole.faults.size());

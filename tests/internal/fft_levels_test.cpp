@@ -2,10 +2,7 @@
 // their factors are made of are exact to far more than single precision.
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <vector>
-
-#include "support/guarded.h"
+#include "support/levels.h"
 #include "support/reference_fft.h"
 #include "tables/unit_circle.h"
 #include "transform/dct_kernels.h"
@@ -15,27 +12,11 @@
 namespace zetac::transform {
 namespace {
 
+using test::contents;
+using test::expectEqualLevels;
 using test::Guarded;
 
 constexpr int kMaxOrder = 14;
-
-// Runs a kernel at every level, each on memory of its own; it returns what it has written.
-template <class Table, class Run>
-void expectEqualLevels(const Table& table, const char* what, int order, Run run) {
-    const std::vector<Zet32f> expected = run(table[0]);
-    for (int level = 1; level <= static_cast<int>(core::currentLevel()); ++level) {
-        const std::vector<Zet32f> result = run(table[static_cast<unsigned>(level)]);
-        ASSERT_EQ(expected.size(), result.size());
-        EXPECT_EQ(0, std::memcmp(expected.data(), result.data(), 4 * result.size()))
-            << what << " order " << order << " level " << level;
-    }
-}
-
-// The guarded values; the guards must be intact.
-std::vector<Zet32f> contents(Guarded<Zet32f>& values) {
-    EXPECT_TRUE(values.intact());
-    return {values.data(), values.data() + values.size() / sizeof(Zet32f)};
-}
 
 TEST(FftLevels, giveTheBitsOfLevelZero) {
     for (int order = 0; order <= kMaxOrder; ++order) {
@@ -51,15 +32,15 @@ TEST(FftLevels, giveTheBitsOfLevelZero) {
             EXPECT_TRUE(work.intact());
             return contents(dst);
         };
-        expectEqualLevels(kFftKernels, "forward", order,
-                          [&](const FftKernels& kernels) { return pairs(kernels.forward); });
-        expectEqualLevels(kFftKernels, "inverse", order,
-                          [&](const FftKernels& kernels) { return pairs(kernels.inverse); });
-        expectEqualLevels(kFftKernels, "split", order, [&](const FftKernels& kernels) {
+        expectEqualLevels("forward",
+                          [&](size_t level) { return pairs(kFftKernels[level].forward); });
+        expectEqualLevels("inverse",
+                          [&](size_t level) { return pairs(kFftKernels[level].inverse); });
+        expectEqualLevels("split", [&](size_t level) {
             Guarded<Zet32f> dst(count, 4);
             Guarded<Zet32f> work(2 * fftWorkCount(order));
-            kernels.forwardSplit(plan, src.data(), src.data() + count / 2, dst.data(),
-                                 dst.data() + count / 2, 0.3f, work.data());
+            kFftKernels[level].forwardSplit(plan, src.data(), src.data() + count / 2, dst.data(),
+                                            dst.data() + count / 2, 0.3f, work.data());
             EXPECT_TRUE(work.intact());
             return contents(dst);
         });
@@ -75,11 +56,11 @@ TEST(FftLevels, agreeOnSpecialValues) {
         for (const Zet32f special : {-0.0f, 1e-40f, 3e38f}) {
             std::vector<Zet32f> src(count, -0.0f);
             for (size_t i = 0; i < count; i += 3) src[i] = special;
-            expectEqualLevels(kFftKernels, "forward", order, [&](const FftKernels& kernels) {
+            expectEqualLevels("forward", [&](size_t level) {
                 std::vector<Zet32f> dst(count);
                 Guarded<Zet32f> work(fftWorkCount(order));
-                kernels.forward(plan, reinterpret_cast<const Zet32fc*>(src.data()),
-                                reinterpret_cast<Zet32fc*>(dst.data()), 1, work.data());
+                kFftKernels[level].forward(plan, reinterpret_cast<const Zet32fc*>(src.data()),
+                                           reinterpret_cast<Zet32fc*>(dst.data()), 1, work.data());
                 for (Zet32f& value : dst)
                     if (value != value) value = 99;  // which NaN it is may depend on the operands
                 return dst;
@@ -101,10 +82,10 @@ TEST(FftLevels, pairTheSameBits) {
             kernel(points, points, twiddles.data(), order);
             return contents(dst);
         };
-        expectEqualLevels(kFftKernels, "pairs", order,
-                          [&](const FftKernels& kernels) { return run(kernels.pairForward); });
-        expectEqualLevels(kFftKernels, "pairs back", order,
-                          [&](const FftKernels& kernels) { return run(kernels.pairInverse); });
+        expectEqualLevels("pairs",
+                          [&](size_t level) { return run(kFftKernels[level].pairForward); });
+        expectEqualLevels("pairs back",
+                          [&](size_t level) { return run(kFftKernels[level].pairInverse); });
     }
 }
 
@@ -124,14 +105,14 @@ TEST(DctLevels, giveTheBitsOfLevelZero) {
             kernel(src.data(), dst.data(), rows.data(), order);
             return contents(dst);
         };
-        expectEqualLevels(kDctKernels, "reorder", order,
-                          [&](const DctKernels& kernels) { return reordering(kernels.reorder); });
-        expectEqualLevels(kDctKernels, "restore", order,
-                          [&](const DctKernels& kernels) { return reordering(kernels.restore); });
-        expectEqualLevels(kDctKernels, "cosines", order,
-                          [&](const DctKernels& kernels) { return rotating(kernels.toCosines); });
-        expectEqualLevels(kDctKernels, "points", order,
-                          [&](const DctKernels& kernels) { return rotating(kernels.toPoints); });
+        expectEqualLevels("reorder",
+                          [&](size_t level) { return reordering(kDctKernels[level].reorder); });
+        expectEqualLevels("restore",
+                          [&](size_t level) { return reordering(kDctKernels[level].restore); });
+        expectEqualLevels("cosines",
+                          [&](size_t level) { return rotating(kDctKernels[level].toCosines); });
+        expectEqualLevels("points",
+                          [&](size_t level) { return rotating(kDctKernels[level].toPoints); });
     }
 }
 

@@ -2,14 +2,9 @@
 // and the limits that the interface promises.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
-#include <random>
-#include <vector>
-
 #include "mp3dec/hybrid_kernels.h"
 #include "mp3dec/polyphase_kernels.h"
-#include "support/guarded.h"
+#include "support/levels.h"
 #include "tables/mp3_synthesis_window.h"
 
 namespace zetac::mp3 {
@@ -17,31 +12,17 @@ namespace {
 
 using test::Guarded;
 
-void fillRandom(Guarded<Zet32s>& buffer, int bits, uint32_t seed) {
-    std::mt19937 random(seed);
-    for (size_t i = 0; i < buffer.size() / sizeof(Zet32s); ++i) {
-        buffer.data()[i] = static_cast<Zet32s>(random()) >> (32 - bits);
-    }
-}
-
-// Runs a call on buffers of 576 lines, 576 samples and a V buffer, at level 0 and at every other
-// level that the processor has.
+// Runs a call on buffers of 576 lines, 576 samples and a V buffer.
 template <class Call>
 void expectEqualLevels(const char* what, int bits, Call call) {
-    constexpr size_t kSizes[3] = {576, 576, ZETAC_MP3_V_BUFFER_LEN};
-    std::vector<std::vector<Zet32s>> reference;
-    for (int level = 0; level <= static_cast<int>(core::currentLevel()); ++level) {
-        Guarded<Zet32s> a(kSizes[0], 4), b(kSizes[1], 8), c(kSizes[2], 12);
-        Guarded<Zet32s>* buffers[3] = {&a, &b, &c};
-        for (uint32_t i = 0; i < 3; ++i) fillRandom(*buffers[i], bits, 10 * i + 1);
-        call(static_cast<size_t>(level), a.data(), b.data(), c.data());
-        for (size_t i = 0; i < 3; ++i) {
-            ASSERT_TRUE(buffers[i]->intact()) << what << " at level " << level;
-            const std::vector<Zet32s> values(buffers[i]->data(), buffers[i]->data() + kSizes[i]);
-            if (level == 0) reference.push_back(values);
-            ASSERT_EQ(values, reference[i]) << what << " at level " << level << ", bits " << bits;
-        }
-    }
+    test::expectEqualLevels(what + std::to_string(bits), [&](size_t level) {
+        Guarded<Zet32s> a(576, 4), b(576, 8), c(ZETAC_MP3_V_BUFFER_LEN, 12);
+        test::fillRandom(a, bits, 1);
+        test::fillRandom(b, bits, 11);
+        test::fillRandom(c, bits, 21);
+        call(level, a.data(), b.data(), c.data());
+        return test::contents(a, b, c);
+    });
 }
 
 TEST(Mp3SynthesisLevels, giveTheSameBits) {
@@ -90,18 +71,19 @@ int outputOf(size_t level, int sum) {
 }
 
 TEST(Mp3SynthesisLevels, roundAndLimitTheOutput) {
+    constexpr std::pair<int, int> kCases[] = {{0, 0},
+                                              {63, 0},
+                                              {64, 1},
+                                              {-64, 0},
+                                              {-65, -1},
+                                              {32767 * 128 + 63, 32767},
+                                              {32768 * 128, 32767},
+                                              {100000 * 128, 32767},
+                                              {-32767 * 128, -32767},
+                                              {-32768 * 128, -32768},
+                                              {-100000 * 128, -32768}};
     for (size_t level = 0; level <= static_cast<size_t>(core::currentLevel()); ++level) {
-        EXPECT_EQ(outputOf(level, 0), 0);
-        EXPECT_EQ(outputOf(level, 63), 0);
-        EXPECT_EQ(outputOf(level, 64), 1);
-        EXPECT_EQ(outputOf(level, -64), 0);
-        EXPECT_EQ(outputOf(level, -65), -1);
-        EXPECT_EQ(outputOf(level, 32767 * 128 + 63), 32767);
-        EXPECT_EQ(outputOf(level, 32768 * 128), 32767);
-        EXPECT_EQ(outputOf(level, 100000 * 128), 32767);
-        EXPECT_EQ(outputOf(level, -32767 * 128), -32767);
-        EXPECT_EQ(outputOf(level, -32768 * 128), -32768);
-        EXPECT_EQ(outputOf(level, -100000 * 128), -32768);
+        for (const auto& [sum, output] : kCases) EXPECT_EQ(outputOf(level, sum), output) << sum;
     }
 }
 

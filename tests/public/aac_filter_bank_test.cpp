@@ -190,38 +190,6 @@ TEST(AacFilterBank, AnalysisFollowsTheStandard) {
     }
 }
 
-TEST(AacFilterBank, SynthesisInvertsAnalysis) {
-    std::mt19937 random(3);
-    std::uniform_int_distribution<Zet32s> sample(-20000, 20000);
-    const size_t frames = kSuccession.size();
-    std::vector<Zet32s> signal((frames + 1) * 1024);
-    for (Zet32s& x : signal) x = sample(random);
-    std::vector<Zet32s> q3(2048);
-    std::vector<Zet32s> work(2048);
-    Block overlap{};
-    int prevShape = zetAacSine;
-    Zet32s reserved = 0;
-    for (size_t f = 0; f < frames; ++f) {
-        for (int n = 0; n < 2048; ++n) q3[n] = 8 * signal[1024 * f + n];
-        Block spectrum;
-        const auto [sequence, shape] = kSuccession[f];
-        if (sequence == zetAacEightShort) {
-            for (int w = 0; w < 8; ++w) {
-                zetsMDCTFwd_AAC_32s(&q3[448 + 128 * w], &spectrum[128 * w], &reserved, sequence,
-                                    shape, w == 0 ? prevShape : shape, work.data());
-            }
-        } else {
-            zetsMDCTFwd_AAC_32s(q3.data(), spectrum.data(), &reserved, sequence, shape, prevShape,
-                                work.data());
-        }
-        zetsMDCTInv_AAC_32s_I(spectrum.data(), overlap.data(), sequence, shape, prevShape, 1024);
-        for (int n = 0; f > 0 && n < 1024; ++n) {
-            ASSERT_NEAR(signal[1024 * f + n], spectrum[n], 1) << "frame " << f << " sample " << n;
-        }
-        prevShape = shape;
-    }
-}
-
 TEST(AacFilterBank, ClippingAndPcmStep) {
     // A spectrum with DC-like content drives the output through both limits.
     Block spectrum{};

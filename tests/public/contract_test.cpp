@@ -20,8 +20,11 @@ const Table& table() {
         addAacPredictionRows(*rows);
         addMp3UnpackRows(*rows);
         addMp3RequantRows(*rows);
+        addMp3PsychoRows(*rows);
         addMp3SynthesisRows(*rows);
         addMdctRows(*rows);
+        addSbrFixedRows(*rows);
+        addSbrFloatRows(*rows);
         addVlcVqRows(*rows);
         return rows;
     }();

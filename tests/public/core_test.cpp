@@ -131,24 +131,17 @@ TEST(Fill, setsEveryByteAndNoOtherAtAnyAlignment) {
     });
 }
 
-template <class T>
-void expectZeroed(ZetStatus (*zetsZero)(T*, int)) {
-    for (const int len : {1, 7, 20480 / static_cast<int>(sizeof(T)) + 1}) {
-        Guarded<T> dst(static_cast<size_t>(len));
-        ASSERT_EQ(zetsZero(dst.data(), len), zetStsOk);
-        EXPECT_EQ(std::count(dst.bytes(), dst.bytes() + dst.size(), 0),
-                  static_cast<ptrdiff_t>(dst.size()));
-        EXPECT_TRUE(dst.intact());
-    }
-}
-
 TEST(Fill, countsElementsOfEveryType) {
-    expectZeroed(zetsZero_16s);
-    expectZeroed(zetsZero_32s);
-    expectZeroed(zetsZero_32f);
-    expectZeroed(zetsZero_16sc);
-    expectZeroed(zetsZero_32sc);
-    expectZeroed(zetsZero_32fc);
+    const auto expectZeroed = []<class T>(ZetStatus (*zero)(T*, int)) {
+        for (const int len : {1, 7, 20480 / static_cast<int>(sizeof(T)) + 1}) {
+            Guarded<T> dst(static_cast<size_t>(len));
+            ASSERT_EQ(zero(dst.data(), len), zetStsOk);
+            EXPECT_EQ(std::count(dst.bytes(), dst.bytes() + dst.size(), 0), ptrdiff_t(dst.size()));
+            EXPECT_TRUE(dst.intact());
+        }
+    };
+    expectZeroed(zetsZero_16s), expectZeroed(zetsZero_32s), expectZeroed(zetsZero_32f);
+    expectZeroed(zetsZero_16sc), expectZeroed(zetsZero_32sc), expectZeroed(zetsZero_32fc);
 }
 
 template <class T>

@@ -1,13 +1,11 @@
-// The FFTs: values against references in long double, formats, memory and threads.
+// The FFTs: values against references in long double, and formats.
 #include <gtest/gtest.h>
 #include <zetac.h>
 
 #include <climits>
 #include <cstring>
 #include <memory>
-#include <thread>
 
-#include "support/failing_allocator.h"
 #include "support/guarded.h"
 #include "support/reference_fft.h"
 
@@ -92,91 +90,44 @@ TEST(Fft, agreesWithTheDefinition) {
     }
 }
 
-// Exact in single precision: what a pass with a wrong twiddle or a misplaced output would spoil.
-TEST(Fft, impulsesGiveExactRoots) {
-    for (int order = 0; order <= kMaxOrder; ++order) {
-        const size_t count = size_t{1} << order;
-        const PairSpec spec = pairSpec(order);
-        Pairs x(count, Zet32fc{0, 0});
-        x[0] = {3, -2};
-        ASSERT_EQ(zetStsOk, zetsFFTFwd_CToC_32fc_I(x.data(), spec.get(), nullptr));
-        for (const Zet32fc& value : x) {
-            ASSERT_EQ(3, value.re) << order;
-            ASSERT_EQ(-2, value.im) << order;
-        }
-        ASSERT_EQ(zetStsOk, zetsFFTFwd_CToC_32fc_I(x.data(), spec.get(), nullptr));
-        for (size_t k = 0; k < count; ++k) {
-            ASSERT_EQ(k == 0 ? 3.0f * count : 0, x[k].re) << order;
-            ASSERT_EQ(k == 0 ? -2.0f * count : 0, x[k].im) << order;
-        }
-    }
-}
-
-// In place, at any alignment of data and work, with a work buffer of exactly the size asked for.
+// In place, at any alignment, and with parts apart.
 TEST(Fft, givesTheSameBitsHoweverItIsCalled) {
     for (int order = 0; order <= kMaxOrder; ++order) {
+        SCOPED_TRACE(order);
+        const size_t count = size_t{1} << order;
         const Pairs src = randomPairs(order, 2);
-        const PairSpec spec = pairSpec(order);
-        int workSize = -1;
-        ASSERT_EQ(zetStsOk, zetsFFTGetBufSize_C_32fc(spec.get(), &workSize));
+        const int flag = kFlags[order % 4];
+        const PairSpec spec = pairSpec(order, flag);
+        const SplitSpec split = splitSpec(order, flag);
         for (const bool inverse : {false, true}) {
-            Pairs expected(src.size());
             const auto transform = inverse ? zetsFFTInv_CToC_32fc : zetsFFTFwd_CToC_32fc;
+            const auto inPlace = inverse ? zetsFFTInv_CToC_32fc_I : zetsFFTFwd_CToC_32fc_I;
+            const auto apart = inverse ? zetsFFTInv_CToC_32f : zetsFFTFwd_CToC_32f;
+            const auto apartInPlace = inverse ? zetsFFTInv_CToC_32f_I : zetsFFTFwd_CToC_32f_I;
+            Pairs expected(count), joined(count);
             ASSERT_EQ(zetStsOk, transform(src.data(), expected.data(), spec.get(), nullptr));
             for (const size_t alignment : {0, 4, 28, 36}) {
-                Guarded<Zet32fc> in(src.size(), alignment);
-                Guarded<Zet32fc> out(src.size(), 60 - alignment);
-                Guarded<Zet8u> work(static_cast<size_t>(workSize), alignment + 1);
+                Guarded<Zet32fc> in(count, alignment), out(count, 60 - alignment);
+                Guarded<float> re(count, alignment), im(count, 4), re2(count), im2(count, 20);
                 std::memcpy(in.bytes(), src.data(), in.size());
-                ASSERT_EQ(zetStsOk, transform(in.data(), out.data(), spec.get(), work.data()));
-                EXPECT_EQ(0, std::memcmp(out.bytes(), expected.data(), out.size())) << order;
-                EXPECT_EQ(0, std::memcmp(in.bytes(), src.data(), in.size())) << order;
-                const auto inPlace = inverse ? zetsFFTInv_CToC_32fc_I : zetsFFTFwd_CToC_32fc_I;
-                ASSERT_EQ(zetStsOk, inPlace(in.data(), spec.get(), work.data()));
-                EXPECT_EQ(0, std::memcmp(in.bytes(), expected.data(), in.size())) << order;
-                EXPECT_TRUE(in.intact() && out.intact() && work.intact()) << order;
+                ASSERT_EQ(zetStsOk, transform(in.data(), out.data(), spec.get(), nullptr));
+                EXPECT_EQ(0, std::memcmp(out.bytes(), expected.data(), out.size()));
+                EXPECT_EQ(0, std::memcmp(in.bytes(), src.data(), in.size()));
+                ASSERT_EQ(zetStsOk, inPlace(in.data(), spec.get(), nullptr));
+                EXPECT_EQ(0, std::memcmp(in.bytes(), expected.data(), in.size()));
+
+                const int len = static_cast<int>(count);
+                zetsCplxToReal_32fc(src.data(), re.data(), im.data(), len);
+                ASSERT_EQ(zetStsOk, apart(re.data(), im.data(), re2.data(), im2.data(), split.get(),
+                                          nullptr));
+                zetsRealToCplx_32f(re2.data(), im2.data(), joined.data(), len);
+                EXPECT_EQ(0, std::memcmp(joined.data(), expected.data(), out.size()));
+                ASSERT_EQ(zetStsOk, apartInPlace(re.data(), im.data(), split.get(), nullptr));
+                zetsRealToCplx_32f(re.data(), im.data(), joined.data(), len);
+                EXPECT_EQ(0, std::memcmp(joined.data(), expected.data(), out.size()));
+                EXPECT_TRUE(in.intact() && out.intact() && re.intact() && im.intact() &&
+                            re2.intact() && im2.intact());
             }
-        }
-    }
-}
-
-struct SplitPairs {
-    std::vector<float> re, im;
-
-    explicit SplitPairs(const Pairs& pairs) {
-        for (const Zet32fc& pair : pairs) {
-            re.push_back(pair.re);
-            im.push_back(pair.im);
-        }
-    }
-    bool operator==(const SplitPairs&) const = default;
-};
-
-TEST(FftSplit, givesTheBitsOfThePairs) {
-    for (int order = 0; order <= kMaxOrder; ++order) {
-        const Pairs src = randomPairs(order, 3);
-        for (const int flag : kFlags) {
-            const PairSpec spec = pairSpec(order, flag);
-            const SplitSpec split = splitSpec(order, flag);
-            Pairs forward(src.size());
-            Pairs inverse(src.size());
-            zetsFFTFwd_CToC_32fc(src.data(), forward.data(), spec.get(), nullptr);
-            zetsFFTInv_CToC_32fc(src.data(), inverse.data(), spec.get(), nullptr);
-            SplitPairs x(src);
-            SplitPairs y(src);
-            ASSERT_EQ(zetStsOk, zetsFFTFwd_CToC_32f(x.re.data(), x.im.data(), y.re.data(),
-                                                    y.im.data(), split.get(), nullptr));
-            EXPECT_TRUE(y == SplitPairs(forward)) << order;
-            ASSERT_EQ(zetStsOk, zetsFFTInv_CToC_32f(x.re.data(), x.im.data(), y.re.data(),
-                                                    y.im.data(), split.get(), nullptr));
-            EXPECT_TRUE(y == SplitPairs(inverse)) << order;
-            y = x;
-            ASSERT_EQ(zetStsOk,
-                      zetsFFTFwd_CToC_32f_I(x.re.data(), x.im.data(), split.get(), nullptr));
-            EXPECT_TRUE(x == SplitPairs(forward)) << order;
-            ASSERT_EQ(zetStsOk,
-                      zetsFFTInv_CToC_32f_I(y.re.data(), y.im.data(), split.get(), nullptr));
-            EXPECT_TRUE(y == SplitPairs(inverse)) << order;
         }
     }
 }
@@ -332,132 +283,6 @@ TEST(FftReal, comesBack) {
                 EXPECT_EQ(0, std::memcmp(spectrum.data(), dst.data(), dst.size()));
             }
         }
-    }
-}
-
-// Structures in memory of the caller, of exactly the size told and at any alignment.
-TEST(Fft, structuresFitTheirSizes) {
-    for (int order = 0; order <= 12; ++order) {
-        const Pairs src = randomPairs(order, 7);
-        Pairs expected(src.size());
-        zetsFFTFwd_CToC_32fc(src.data(), expected.data(), pairSpec(order).get(), nullptr);
-        int specSize, initSize, workSize;
-        ASSERT_EQ(zetStsOk, zetsFFTGetSize_C_32fc(order, zetFftNoDiv, zetAlgHintFast, &specSize,
-                                                  &initSize, &workSize));
-        EXPECT_EQ(0, initSize);
-        for (size_t alignment = 0; alignment < 64; alignment += 7) {
-            Guarded<Zet8u> memory(static_cast<size_t>(specSize), alignment);
-            ZetsFFTSpec_C_32fc* spec = nullptr;
-            ASSERT_EQ(zetStsOk, zetsFFTInit_C_32fc(&spec, order, zetFftNoDiv, zetAlgHintNone,
-                                                   memory.data(), nullptr));
-            EXPECT_EQ(0u, reinterpret_cast<uintptr_t>(spec) % 32);
-            Pairs dst(src.size());
-            ASSERT_EQ(zetStsOk, zetsFFTFwd_CToC_32fc(src.data(), dst.data(), spec, nullptr));
-            EXPECT_TRUE(same(dst, expected)) << order;
-            int size = -1;
-            EXPECT_EQ(zetStsOk, zetsFFTGetBufSize_C_32fc(spec, &size));
-            EXPECT_EQ(workSize, size);
-            EXPECT_EQ(zetStsOk, zetsFFTFree_C_32fc(spec));  // would crash if it released anything
-            EXPECT_EQ(zetStsSpecMismatch, zetsFFTFree_C_32fc(spec));
-            EXPECT_TRUE(memory.intact());
-        }
-    }
-}
-
-TEST(Fft, refusesSizesBeyondInt) {
-    int size = -1;
-    const auto status = [&](auto getSize, int order) {
-        return getSize(order, zetFftNoDiv, zetAlgHintNone, &size, &size, &size);
-    };
-    EXPECT_EQ(zetStsOk, status(zetsFFTGetSize_C_32fc, 27));
-    EXPECT_EQ(zetStsOk, status(zetsFFTGetSize_C_32f, 26));
-    EXPECT_EQ(zetStsOk, status(zetsFFTGetSize_C_16sc, 26));
-    EXPECT_EQ(zetStsOk, status(zetsFFTGetSize_R_32f, 28));
-    size = -1;
-    EXPECT_EQ(zetStsNoMemory, status(zetsFFTGetSize_C_32fc, 28));
-    EXPECT_EQ(zetStsNoMemory, status(zetsFFTGetSize_C_32f, 27));
-    EXPECT_EQ(zetStsNoMemory, status(zetsFFTGetSize_C_16sc, 27));
-    EXPECT_EQ(zetStsNoMemory, status(zetsFFTGetSize_R_32f, 29));
-    for (int order = 28; order <= 30; ++order) {
-        ZetsFFTSpec_C_32fc* spec = nullptr;
-        EXPECT_EQ(zetStsNoMemory,
-                  zetsFFTInitAlloc_C_32fc(&spec, order, zetFftNoDiv, zetAlgHintNone));
-        EXPECT_EQ(nullptr, spec);
-    }
-    EXPECT_EQ(-1, size);
-}
-
-// A life with request number failing refused; what follows a failure is left out.
-template <class Spec, class InitAlloc, class Transform, class Free>
-void liveWithFailure(int failing, int expectedRequests, InitAlloc initAlloc, Transform transform,
-                     Free free) {
-    const FailingAllocator allocator(failing);
-    Spec* const untouched = reinterpret_cast<Spec*>(&initAlloc);
-    Spec* spec = untouched;
-    const ZetStatus made = initAlloc(&spec, 12, zetFftNoDiv, zetAlgHintNone);
-    if (failing == 0) {
-        EXPECT_EQ(zetStsNoMemory, made);
-        EXPECT_EQ(untouched, spec);
-    } else {
-        ASSERT_EQ(zetStsOk, made);
-        std::vector<float> data(40000, 1);
-        EXPECT_EQ(failing == 1 ? zetStsNoMemory : zetStsOk, transform(data.data(), spec));
-        if (failing == 1) {
-            EXPECT_EQ(data, std::vector<float>(40000, 1)) << "data changed by a failed call";
-        }
-        EXPECT_EQ(1, allocator.live());
-        EXPECT_EQ(zetStsOk, free(spec));
-    }
-    EXPECT_EQ(0, allocator.live());
-    EXPECT_EQ(failing < 0 ? expectedRequests : failing + 1, allocator.requests());
-}
-
-TEST(Fft, survivesFailingAllocations) {
-    for (const int failing : {-1, 0, 1}) {
-        liveWithFailure<ZetsFFTSpec_C_32fc>(
-            failing, 2, zetsFFTInitAlloc_C_32fc,
-            [](float* x, auto* spec) {
-                return zetsFFTFwd_CToC_32fc_I(reinterpret_cast<Zet32fc*>(x), spec, nullptr);
-            },
-            zetsFFTFree_C_32fc);
-        liveWithFailure<ZetsFFTSpec_C_32f>(
-            failing, 2, zetsFFTInitAlloc_C_32f,
-            [](float* x, auto* spec) { return zetsFFTFwd_CToC_32f_I(x, x + 4096, spec, nullptr); },
-            zetsFFTFree_C_32f);
-        liveWithFailure<ZetsFFTSpec_C_16sc>(
-            failing, 2, zetsFFTInitAlloc_C_16sc,
-            [](float* x, auto* spec) {
-                return zetsFFTInv_CToC_16sc_ISfs(reinterpret_cast<Zet16sc*>(x), spec, 0, nullptr);
-            },
-            zetsFFTFree_C_16sc);
-        liveWithFailure<ZetsFFTSpec_R_32f>(
-            failing, 2, zetsFFTInitAlloc_R_32f,
-            [](float* x, auto* spec) { return zetsFFTInv_PackToR_32f_I(x, spec, nullptr); },
-            zetsFFTFree_R_32f);
-    }
-}
-
-TEST(Fft, sharesAStructureBetweenThreads) {
-    const int order = 11;
-    const PairSpec spec = pairSpec(order);
-    int workSize;
-    zetsFFTGetBufSize_C_32fc(spec.get(), &workSize);
-    const auto run = [&](uint32_t seed, Pairs& dst) {
-        const Pairs src = randomPairs(order, seed);
-        std::vector<Zet8u> work(static_cast<size_t>(workSize));
-        dst.resize(src.size());
-        for (int i = 0; i < 200; ++i)
-            zetsFFTFwd_CToC_32fc(src.data(), dst.data(), spec.get(), work.data());
-    };
-    Pairs results[2];
-    std::thread first(run, 8, std::ref(results[0]));
-    std::thread second(run, 9, std::ref(results[1]));
-    first.join();
-    second.join();
-    for (const uint32_t seed : {8, 9}) {
-        Pairs expected;
-        run(seed, expected);
-        EXPECT_TRUE(same(results[seed - 8], expected));
     }
 }
 

@@ -3,25 +3,18 @@
 #include <zetac.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <random>
 #include <vector>
 
 #include "support/failing_allocator.h"
 #include "support/guarded.h"
+#include "support/reference_fft.h"
 
 namespace zetac::test {
 namespace {
 
 using Singles = std::vector<Zet32f>;
-
-Singles noise(size_t count, uint32_t seed) {
-    std::mt19937 random(seed);
-    Singles values(count);
-    for (Zet32f& value : values) value = static_cast<Zet32f>(random()) * 0x1p-31f - 1;
-    return values;
-}
 
 class Filter {
   public:
@@ -55,8 +48,8 @@ Singles convolution(const Singles& taps, const Singles& x) {
 
 TEST(FirBlock, givesTheBitsOfTheSumHoweverTheSignalIsCut) {
     for (const size_t numTaps : {1, 2, 7, 16, 31, 255, 256, 257, 700}) {
-        const Singles taps = noise(numTaps, 1);
-        const Singles x = noise(3000, 2);
+        const Singles taps = randomSingles(numTaps, 1);
+        const Singles x = randomSingles(3000, 2);
         const Singles expected = convolution(taps, x);
         for (const int longest : {1, 9, 256, 1000, 3000}) {
             SCOPED_TRACE(testing::Message() << numTaps << " taps, blocks to " << longest);
@@ -79,8 +72,8 @@ TEST(FirBlock, givesTheBitsOfTheSumHoweverTheSignalIsCut) {
 }
 
 TEST(FirBlock, warnsOfMisalignedBuffersAndGivesTheSameBits) {
-    const Singles taps = noise(33, 4);
-    const Singles x = noise(500, 5);
+    const Singles taps = randomSingles(33, 4);
+    const Singles x = randomSingles(500, 5);
     const Singles expected = convolution(taps, x);
     for (size_t from = 0; from < 20; from += 4) {
         for (size_t to = 0; to < 20; to += 4) {
@@ -97,40 +90,18 @@ TEST(FirBlock, warnsOfMisalignedBuffersAndGivesTheSameBits) {
     }
 }
 
-// A sum of products rounded L times is within L 2^-24 of the sum of magnitudes.
-TEST(FirBlock, staysWithinItsRoundings) {
-    const Singles taps = noise(400, 6);
-    const Singles x = noise(1000, 7);
-    Singles y(x.size());
-    Filter filter(taps);
-    filter.run(x.data(), y.data(), 1000);
-    for (size_t n = 0; n < x.size(); ++n) {
-        double exact = 0;
-        double magnitude = 0;
-        for (size_t k = 0; k < taps.size() && k <= n; ++k) {
-            exact += double{taps[k]} * x[n - k];
-            magnitude += std::abs(double{taps[k]} * x[n - k]);
-        }
-        ASSERT_NEAR(y[n], exact, 401 * 0x1p-24 * magnitude) << n;
-    }
-}
-
 TEST(FirBlock, failsSafelyWithoutMemory) {
-    const Singles taps = noise(10, 8);
-    Zet32f other;
-    auto* untouched = reinterpret_cast<ZetsFIRBlockSpec_32f*>(&other);
-    ZetsFIRBlockSpec_32f* spec = untouched;
-    {
-        const FailingAllocator allocator(0);
-        EXPECT_EQ(zetsFIRBlockInitAlloc_32f(&spec, taps.data(), 10), zetStsNoMemory);
+    ZetsFIRBlockSpec_32f* spec = nullptr;
+    const Zet32f taps[10] = {};
+    for (const int refused : {0, 1}) {
+        const FailingAllocator allocator(refused);
+        EXPECT_EQ(zetsFIRBlockInitAlloc_32f(&spec, taps, 10), refused ? zetStsOk : zetStsNoMemory);
+        EXPECT_EQ(spec != nullptr, refused);
+        if (refused) {
+            EXPECT_EQ(zetsFIRBlockFree_32f(spec), zetStsOk);
+        }
         EXPECT_EQ(allocator.live(), 0);
     }
-    EXPECT_EQ(zetsFIRBlockInitAlloc_32f(&spec, taps.data(), INT32_MAX), zetStsNoMemory);
-    EXPECT_EQ(spec, untouched);
-    const FailingAllocator allocator(-1);
-    ASSERT_EQ(zetsFIRBlockInitAlloc_32f(&spec, taps.data(), 10), zetStsOk);
-    EXPECT_EQ(zetsFIRBlockFree_32f(spec), zetStsOk);
-    EXPECT_EQ(allocator.live(), 0);
 }
 
 }  // namespace

@@ -354,66 +354,6 @@ TEST(Vlc, TablesEndAtTheirLargestIndex) {
     EXPECT_EQ(zetsVLCDecodeGetSize_1u16s(codes.data(), 127, zetVLCSingles, &size), zetStsBadSize);
 }
 
-TEST(Vlc, SpecsLiveInMemoryOfAnyAlignment) {
-    int decodeSize = 0, encodeSize = 0;
-    const int count = static_cast<int>(kMp3Pairs.size());
-    ASSERT_EQ(zetsVLCDecodeGetSize_1u16s(kMp3Pairs.data(), count, zetVLCPairs, &decodeSize),
-              zetStsOk);
-    ASSERT_EQ(zetsVLCEncodeGetSize_16s1u(zetVLCEscMP3, &encodeSize), zetStsOk);
-    for (size_t alignment = 0; alignment < 32; ++alignment) {
-        Guarded<Zet8u> decodeMemory(static_cast<size_t>(decodeSize), alignment);
-        Guarded<Zet8u> encodeMemory(static_cast<size_t>(encodeSize), alignment);
-        ZetsVLCDecodeSpec_1u16s* decoder = nullptr;
-        ZetsVLCEncodeSpec_16s1u* encoder = nullptr;
-        ASSERT_EQ(zetsVLCDecodeInit_1u16s(&decoder, kMp3Pairs.data(), count, zetVLCPairs,
-                                          decodeMemory.data()),
-                  zetStsOk);
-        ASSERT_EQ(zetsVLCEncodeInit_16s1u(&encoder, kMp3Pairs.data(), count, zetVLCEscMP3,
-                                          encodeMemory.data()),
-                  zetStsOk);
-        EXPECT_EQ(reinterpret_cast<uintptr_t>(decoder) % 32, 0U);
-        EXPECT_EQ(reinterpret_cast<uintptr_t>(encoder) % 32, 0U);
-        // The address of the memory serves as well as that of the structure.
-        expectDecoded(decode(Style::kMp3, false, decodeMemory.data(), "111100", 2), {15, 15},
-                      "111100");
-        expectEncoded(Style::kMp3, encodeMemory.data(), {15, 15}, 0, "111100");
-        EXPECT_EQ(zetsVLCDecodeFree_1u16s(decoder), zetStsOk);
-        EXPECT_EQ(zetsVLCEncodeFree_16s1u(encoder), zetStsOk);
-        EXPECT_EQ(zetsVLCDecodeFree_1u16s(decoder), zetStsSpecMismatch);
-        EXPECT_EQ(zetsVLCEncodeFree_16s1u(encoder), zetStsSpecMismatch);
-        EXPECT_TRUE(decodeMemory.intact() && encodeMemory.intact());
-    }
-}
-
-int liveBlocks = 0;
-
-TEST(Vlc, FailedAllocationsLeaveNothingBehind) {
-    const int count = static_cast<int>(kMp3Pairs.size());
-    auto* const decoderBefore = reinterpret_cast<ZetsVLCDecodeSpec_1u16s*>(0x20);
-    auto* const encoderBefore = reinterpret_cast<ZetsVLCEncodeSpec_16s1u*>(0x20);
-    auto* decoder = decoderBefore;
-    auto* encoder = encoderBefore;
-    i_malloc = [](size_t) -> void* { return nullptr; };
-    EXPECT_EQ(zetsVLCDecodeInitAlloc_1u16s(&decoder, kMp3Pairs.data(), count, zetVLCPairs),
-              zetStsNoMemory);
-    EXPECT_EQ(zetsVLCEncodeInitAlloc_16s1u(&encoder, kMp3Pairs.data(), count, zetVLCEscMP3),
-              zetStsNoMemory);
-    EXPECT_TRUE(decoder == decoderBefore && encoder == encoderBefore);
-
-    i_malloc = [](size_t size) { return ++liveBlocks, std::malloc(size); };
-    i_free = [](void* block) { --liveBlocks, std::free(block); };
-    EXPECT_EQ(zetsVLCDecodeInitAlloc_1u16s(&decoder, kMp3Pairs.data(), count, zetVLCPairs),
-              zetStsOk);
-    EXPECT_EQ(zetsVLCEncodeInitAlloc_16s1u(&encoder, kMp3Pairs.data(), count, zetVLCEscMP3),
-              zetStsOk);
-    EXPECT_EQ(liveBlocks, 2);
-    EXPECT_EQ(zetsVLCDecodeFree_1u16s(decoder), zetStsOk);
-    EXPECT_EQ(zetsVLCEncodeFree_16s1u(encoder), zetStsOk);
-    EXPECT_EQ(liveBlocks, 0);
-    i_malloc = std::malloc;
-    i_free = std::free;
-}
-
 // The structures as docs/design.md lays them out, made here without the library.
 struct alignas(32) DecodeLayout {
     Zet32s id, owned, firstBits;

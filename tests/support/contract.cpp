@@ -3,8 +3,50 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
+
+#include "exported_names.h"
 
 namespace zetac::test {
+namespace {
+
+int numberOf(const std::string& word) {
+    if (word == "min") return INT_MIN;
+    return word == "max" ? INT_MAX : static_cast<int>(std::stol(word, nullptr, 0));
+}
+
+ZetStatus statusOf(const std::string& word) {
+    const auto* found = std::ranges::find(kStatuses, "zetSts" + word, &NamedStatus::name);
+    EXPECT_NE(found, std::end(kStatuses)) << word;
+    return found->status;
+}
+
+}  // namespace
+
+Row& Row::checks(const std::string& text) {
+    std::istringstream list(text);
+    for (std::string item; std::getline(list, item, ';');) {
+        std::istringstream words(item);
+        std::string name, kind, word;
+        words >> name >> kind;
+        std::vector<int> numbers;
+        while (words >> word && !words.eof()) numbers.push_back(numberOf(word));
+        if (kind == "set") {
+            channelsSet(name.c_str());
+        } else if (const size_t dots = kind.find(".."); dots != kind.npos) {
+            range(name.c_str(), numberOf(kind.substr(0, dots)), numberOf(kind.substr(dots + 2)),
+                  statusOf(word));
+        } else if (kind == ">=") {
+            atLeast(name.c_str(), numbers.at(0), statusOf(word));
+        } else if (kind == "in") {
+            oneOf(name.c_str(), numbers, statusOf(word));
+        } else {
+            EXPECT_EQ(kind, "not");
+            refuses(name.c_str(), numbers, statusOf(word));
+        }
+    }
+    return *this;
+}
 
 Row& Row::range(const char* name, int low, int high, ZetStatus status) {
     std::vector<int> outside;

@@ -6,8 +6,7 @@
 // - the valid arguments pass, and so do the limits of every range.
 //
 //   table.ZETAC_ROW(zetsRShiftC_32s_I, value("shift", 1), data(64), value("len", 8))
-//       .atLeast("len", 1, zetStsBadSize)
-//       .atLeast("shift", 0, zetStsNegativeShift);
+//       .checks("len >= 1 BadSize; shift >= 0 NegativeShift");
 //
 // The check for null pointers comes first and is derived from the arguments. A pointer that is
 // looked at later is given as lateData, and pointerSet says where its check stands.
@@ -15,6 +14,7 @@
 
 #include <zetac.h>
 
+#include <array>
 #include <climits>
 #include <cstring>
 #include <deque>
@@ -49,10 +49,11 @@ struct Record {  // a structure behind a pointer
     T value;
 };
 struct Stream {};  // a position in a stream of zero bits
-struct Channels {  // pointers to the data of several channels
+struct Channels {  // pointers to the data of several channels, or to several rows
     const char* name;
     int count;
     size_t bytes;
+    bool late = false;  // then pointerSet() places the check for a null pointer to the pointers
 };
 
 inline Value value(const char* name, int valid) {
@@ -84,8 +85,52 @@ Record<T> record(const T& valid = {}) {
 inline Stream stream() {
     return {};
 }
+// Ints behind a pointer; checks call them name0, name1 and so on.
+struct Ints {
+    const char* name;
+    std::vector<int> values;
+};
+// The members of a record that checks may name without further ado, with _1 in the second of two.
+template <class T>
+struct Field {
+    const char* name;
+    Zet32s T::*where;
+};
+template <class T>
+inline constexpr std::array<Field<T>, 0> kFields{};
+template <>
+inline constexpr auto kFields<ZetMP3Header> =
+    std::to_array<Field<ZetMP3Header>>({{"ID", &ZetMP3Header::ID},
+                                        {"layer", &ZetMP3Header::layer},
+                                        {"frequency", &ZetMP3Header::sampling_frequency},
+                                        {"mode", &ZetMP3Header::mode},
+                                        {"extension", &ZetMP3Header::mode_extension}});
+template <>
+inline constexpr auto kFields<ZetMP3GranuleSideInfo> = std::to_array<Field<ZetMP3GranuleSideInfo>>(
+    {{"big_values", &ZetMP3GranuleSideInfo::big_values},
+     {"global_gain", &ZetMP3GranuleSideInfo::global_gain},
+     {"compress", &ZetMP3GranuleSideInfo::scalefac_compress},
+     {"switching", &ZetMP3GranuleSideInfo::window_switching_flag},
+     {"block_type", &ZetMP3GranuleSideInfo::block_type},
+     {"mixed", &ZetMP3GranuleSideInfo::mixed_block_flag},
+     {"region0", &ZetMP3GranuleSideInfo::region0_count},
+     {"region1", &ZetMP3GranuleSideInfo::region1_count},
+     {"preflag", &ZetMP3GranuleSideInfo::preflag},
+     {"scale", &ZetMP3GranuleSideInfo::scalefac_scale},
+     {"count1", &ZetMP3GranuleSideInfo::count1table_select}});
+template <>
+inline constexpr auto kFields<ZetVLCCode> = std::to_array<Field<ZetVLCCode>>(
+    {{"length", &ZetVLCCode::length}, {"code", &ZetVLCCode::code}});
+template <>
+inline constexpr auto kFields<ZetVQCodebook> =
+    std::to_array<Field<ZetVQCodebook>>({{"numCodes", &ZetVQCodebook::numCodes},
+                                         {"codeLen", &ZetVQCodebook::codeLen},
+                                         {"signBit", &ZetVQCodebook::signBit}});
 inline Channels channels(const char* name, int count, size_t bytes) {
     return {name, count, bytes};
+}
+inline Channels lateChannels(const char* name, int count, size_t bytes) {
+    return {name, count, bytes, true};
 }
 
 class Row {
@@ -94,7 +139,10 @@ class Row {
     Row(const Row&) = delete;
     Row& operator=(const Row&) = delete;
 
-    // Checks, to be listed in the order of the contract.
+    // Checks, to be listed in the order of the contract and separated by ";": "a 0..7 Status" for a
+    // range, "a >= 1 Status", "a in 1 2 Status", "a not 1 2 Status" for single values that are
+    // refused, "a set" for a pointer. Statuses without zetSts; "min" and "max" are those of int.
+    Row& checks(const std::string& text);
     Row& range(const char* name, int low, int high, ZetStatus status);
     Row& atLeast(const char* name, int low, ZetStatus status);
     Row& oneOf(const char* name, std::vector<int> allowed, ZetStatus status);
@@ -162,14 +210,21 @@ class Row {
         void* memory = addMemory(given.bytes.data(), given.bytes.size());
         if (!given.optional && !given.late) return bindPointer(slot, memory);
         slot = static_cast<Argument>(memory);
-        if (!given.late) return;
-        const std::string what = given.late + std::string(" null");
-        pointers_[given.late].push_back({given.late, what, [&slot] { slot = nullptr; }});
+        if (given.late) addLatePointer(slot, given.late);
     }
     template <class Argument, class T>
     void bind(Argument& slot, const Record<T>& given) {
         void* memory = addMemory(&given.value, sizeof(T));
         records_[typeid(T)] = memory;
+        addFields(static_cast<T*>(memory), "");
+        bindPointer(slot, memory);
+    }
+    template <class Argument>
+    void bind(Argument& slot, const Ints& given) {
+        auto* memory =
+            static_cast<int*>(addMemory(given.values.data(), given.values.size() * sizeof(int)));
+        for (size_t i = 0; i < given.values.size(); ++i)
+            setters_[given.name + std::to_string(i)] = [memory, i](int x) { memory[i] = x; };
         bindPointer(slot, memory);
     }
     template <class Argument>
@@ -179,7 +234,10 @@ class Row {
     }
     template <class Argument>
     void bind(Argument& slot, const Channels& given) {
-        bindPointer(slot, addPointers(given.name, given.count, given.bytes, 0xa5));
+        if (!given.late)
+            return bindPointer(slot, addPointers(given.name, given.count, given.bytes, 0xa5));
+        slot = static_cast<Argument>(addPointers("rows", given.count, given.bytes, 0xa5));
+        addLatePointer(slot, given.name);
     }
 
     virtual ZetStatus call() = 0;
@@ -191,6 +249,16 @@ class Row {
         T* owner = static_cast<T*>(records_.at(typeid(T)));
         setters_[name] = [owner, where](int x) { std::invoke(where, *owner) = x; };
         return *this;
+    }
+    template <class T>
+    void addFields(T* owner, const std::string& suffix) {
+        for (const Field<T>& member : kFields<T>)
+            setters_[member.name + suffix] = [owner, member](int x) { owner->*member.where = x; };
+    }
+    template <class T>
+    void addFields(std::array<T, 2>* pair, const std::string&) {
+        addFields(&(*pair)[0], "");
+        addFields(&(*pair)[1], "_1");
     }
     // A way to make an argument invalid; two breaks of one target exclude each other.
     struct Break {
@@ -210,6 +278,11 @@ class Row {
         slot = static_cast<Argument>(memory);
         const std::string what = "pointer " + std::to_string(checks_.front().breaks.size());
         checks_.front().breaks.push_back({what, what + " null", [&slot] { slot = nullptr; }});
+    }
+    template <class Argument>
+    void addLatePointer(Argument& slot, const char* late) {
+        const std::string what = late + std::string(" null");
+        pointers_[late].push_back({late, what, [&slot] { slot = nullptr; }});
     }
     void* addMemory(const void* content, size_t size);
     void* addPointers(const char* name, int count, size_t bytes, Zet8u fill);
@@ -268,6 +341,46 @@ class Table {
 // The row of a function under its own name.
 #define ZETAC_ROW(function, ...) add(#function, function, __VA_ARGS__)
 
+// That of an InitAlloc. The rows make many valid calls: what they allocate has to go.
+#define ZETAC_ALLOC_ROW(function, free, ...) \
+    add(#function, Allocating<function, free>::call, __VA_ARGS__)
+template <auto function, auto free>
+struct Allocating;
+template <class Spec, class... Arguments, ZetStatus (*function)(Spec**, Arguments...), auto free>
+struct Allocating<function, free> {
+    static ZetStatus call(Spec** ppSpec, Arguments... arguments) {
+        const ZetStatus status = function(ppSpec, arguments...);
+        if (status == zetStsOk) free(*ppSpec);
+        return status;
+    }
+};
+
+// A copy of a structure, or of its front, which then refers to the rest of the original.
+struct Front {
+    alignas(16) Zet32s id;
+    Zet8u rest[2556];
+};
+template <>
+inline constexpr std::array<Field<Front>, 1> kFields<Front>{{{"id", &Front::id}}};
+
+// Of a structure that init(&spec) makes.
+template <class Spec, class Init>
+Record<Front> frontOf(Init init) {
+    Spec* spec = nullptr;
+    init(&spec);
+    Front front;
+    std::memcpy(&front, spec, sizeof front);
+    return record(front);
+}
+// Memory for it, as long as the program lives.
+inline Zet8u* lastingMemory(size_t bytes = 1 << 16) {
+    static std::deque<std::vector<Zet8u>> blocks;
+    return blocks.emplace_back(bytes).data();
+}
+inline std::string isOf(const Record<Front>& front) {  // as a check
+    return "id in " + std::to_string(front.value.id) + " SpecMismatch";
+}
+
 void PrintTo(const std::shared_ptr<Row>& row, std::ostream* out);
 
 // One per family.
@@ -277,8 +390,11 @@ void addAacRows(Table& table);
 void addAacPredictionRows(Table& table);
 void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
+void addMp3PsychoRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMdctRows(Table& table);
+void addSbrFixedRows(Table& table);
+void addSbrFloatRows(Table& table);
 void addVlcVqRows(Table& table);
 
 }  // namespace zetac::test
