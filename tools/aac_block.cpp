@@ -80,6 +80,7 @@ Fault BlockParser::checkFormat(const RawBlock& block) const {
 Fault BlockParser::parse(const RawBlock& block) {
     bytesUsed_ = 0;
     elementCount_ = 0;
+    lastAudio_ = nullptr;
     claimed_ = 0;
     hasSbr_ = hasCoupling_ = false;
     if (failed(block.fault)) return block.fault;
@@ -160,6 +161,8 @@ Fault BlockParser::parseAudio(ElementId id) {
 
     AudioElement unused;
     AudioElement& element = slot < 0 ? unused : elements_[elementCount_++];
+    lastAudio_ = slot < 0 ? nullptr : &element;
+    element.sbr.bytes = 0;
     element.id = id;
     element.firstChannel = slot < 0 ? channels() : layout_->firstChannel(slot);
     ChannelData& first = channel(element.firstChannel);
@@ -251,6 +254,7 @@ Fault BlockParser::parseCoupling() {
     }
     protect(start, kProtectedElement);
     hasCoupling_ = true;
+    lastAudio_ = nullptr;
     return Fault::kNone;
 }
 
@@ -285,7 +289,7 @@ Fault BlockParser::parseProgramConfig() {
     return adopt(ChannelLayout::fromProgramConfig(program));
 }
 
-/** Fill elements are not under the error check. Only the kind of their content is looked at. */
+/** Fill elements are not under the error check. SBR data belong to the audio element before. */
 Fault BlockParser::parseFill() {
     constexpr int kSbrData = 13;  // extension_type
     constexpr int kSbrDataCrc = 14;
@@ -293,8 +297,32 @@ Fault BlockParser::parseFill() {
     Zet8u data[ZETAC_AAC_FILL_BYTES_MAX];
     const ZetStatus status = zetsDecodeFillElt_AAC(&cursor_.byte, &cursor_.bit, &count, data);
     const int type = count > 0 ? data[0] >> 4 : 0;
-    if (type == kSbrData || type == kSbrDataCrc) hasSbr_ = true;
+    if (type != kSbrData && type != kSbrDataCrc) return faultOf(status);
+    hasSbr_ = true;
+    if (lastAudio_ && lastAudio_->sbr.bytes == 0) {
+        lastAudio_->sbr.bytes = static_cast<size_t>(count);
+        std::copy_n(data, count, lastAudio_->sbr.data);
+    }
     return faultOf(status);
+}
+
+// --- HE-AAC -------------------------------------------------------------------------------------
+
+bool carriesSbr(std::span<const Zet8u> data) {
+    constexpr int kBlocksMax = 32;       // an encoder may take some frames to start SBR
+    constexpr int kCoreRateMax = 48000;  // the standard has band tables up to twice this rate
+    const auto stream = openStream(data);
+    if (!stream) return false;
+    BlockParser parser;
+    RawBlock block;
+    for (int i = 0; i < kBlocksMax && stream->next(block); ++i) {
+        if (i == 0 && failed(parser.open(block))) return false;
+        if (parser.format().sampleRate() > kCoreRateMax) return false;
+        const Fault fault = parser.parse(block);
+        stream->finish(parser.bytesUsed(), !failed(fault));
+        if (!failed(fault) && parser.hasSbr()) return true;
+    }
+    return false;
 }
 
 }  // namespace zetac::codec

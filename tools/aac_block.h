@@ -16,6 +16,7 @@
 #include "aac_fault.h"
 #include "aac_layout.h"
 #include "aac_stream.h"
+#include "sbr_bits.h"
 
 namespace zetac::codec {
 
@@ -40,6 +41,7 @@ struct AudioElement {
     ElementId id;
     int firstChannel;
     ZetAACChanPairElt pair;  // pairs only
+    SbrPayload sbr;          // of the fill element behind it, if that has any
 };
 
 /** Reads block after block of one stream. Everything is allocated when the layout becomes known;
@@ -102,8 +104,9 @@ class BlockParser {
     std::unique_ptr<ChannelData[]> channels_;  // one more than the layout has
     std::array<AudioElement, kChannelsMax> elements_;
     size_t elementCount_ = 0;
-    unsigned claimed_ = 0;           // bit per element of the layout
-    ZetAACMainHeader mainHeader_{};  // the MPEG-4 readers leave LTP data here
+    AudioElement* lastAudio_ = nullptr;  // which SBR data would belong to
+    unsigned claimed_ = 0;               // bit per element of the layout
+    ZetAACMainHeader mainHeader_{};      // the MPEG-4 readers leave LTP data here
 
     const RawBlock* block_ = nullptr;
     BitCursor cursor_;
@@ -112,5 +115,10 @@ class BlockParser {
     bool hasSbr_ = false;
     bool hasCoupling_ = false;
 };
+
+/** Whether a stream is HE-AAC with implicit signalling: SBR data among its first blocks, at a rate
+ *  that can be doubled.
+ *  @param data  with kReadAhead readable bytes behind it */
+bool carriesSbr(std::span<const Zet8u> data);
 
 }  // namespace zetac::codec

@@ -3,6 +3,7 @@
 #include "aac_decoder.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace zetac::codec {
@@ -54,6 +55,26 @@ Fault copyIntensity(const ChannelData& left, ChannelData& right) {
                                    right.info.sampling_frequency_index, right.info.window_length));
 }
 
+/** How far all of a frame's values can be shifted to the left. */
+int headroom(const Zet32s* values) {
+    uint32_t bits = 0;
+    for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
+        bits |= static_cast<uint32_t>(values[i] ^ values[i] >> 31);
+    }
+    return std::countl_zero(bits) - 1;
+}
+
+/** Shifts to the left, or with rounding to the right. */
+void shift(Zet32s* values, int bits) {
+    if (bits > 0) {
+        for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) values[i] *= 1 << bits;
+    } else if (bits < 0) {
+        for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
+            values[i] = ((values[i] >> (-bits - 1)) + 1) >> 1;
+        }
+    }
+}
+
 }  // namespace
 
 // --- The road of a frame ------------------------------------------------------------------------
@@ -65,9 +86,10 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     if (!states_ && parser_.layout()) allocate();
     if (!failed(fault)) fault = decodeSpectra();
     if (states_ && failed(fault)) conceal();
+    const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
     if (states_) synthesise(pcm);
     if (isRefusal(fault)) refusal_ = fault;
-    return {fault, parser_.bytesUsed(), parser_.channels()};
+    return {fault, parser_.bytesUsed(), parser_.channels(), samples(), sbrFault};
 }
 
 Fault AacDecoder::open(const RawBlock& block) {
@@ -88,11 +110,10 @@ void AacDecoder::allocate() {
         }
         if (isLongTerm) state.longTerm = std::make_unique<LongTermPrediction>();
     }
-    if (channels <= 2 && !isLongTerm) return;
-    planes_.resize(static_cast<size_t>(channels) * ZETAC_AAC_FRAME_LEN);
-    for (int c = 0; c < channels; ++c) {
-        planeOrder_[outputPosition(c)] = planes_.data() + c * ZETAC_AAC_FRAME_LEN;
-    }
+    if (decodesSbr()) allocateSbr();
+    if (channels <= 2 && !isLongTerm && !decodesSbr()) return;
+    planes_.resize(static_cast<size_t>(channels) * samples());
+    for (int c = 0; c < channels; ++c) planeOrder_[outputPosition(c)] = plane(c);
 }
 
 int AacDecoder::outputPosition(int channel) const {
@@ -106,6 +127,7 @@ size_t AacDecoder::stateBytes() const {
         bytes += sizeof(ChannelState);
         if (states_[c].main) bytes += states_[c].main->allocatedBytes();
         if (states_[c].longTerm) bytes += sizeof(LongTermPrediction);
+        if (states_[c].sbr) bytes += states_[c].sbr->stateBytes();
     }
     return bytes;
 }
@@ -217,6 +239,7 @@ void AacDecoder::conceal() {
         c.ownIcs.window_shape = stateOf(index).previousShape;
         zetsZero_32s(c.spectrum, ZETAC_AAC_FRAME_LEN);
         if (stateOf(index).main) stateOf(index).main->reset();
+        if (stateOf(index).sbr) stateOf(index).sbr->lose();
     }
 }
 
@@ -224,12 +247,16 @@ void AacDecoder::conceal() {
  *  long-term prediction, take the way over planes. */
 void AacDecoder::synthesise(Zet16s* pcm) {
     const int channels = parser_.channels();
+    if (decodesSbr()) {
+        synthesiseSbr();
+        zetsInterleave_16s(planeOrder_, channels, samples(), pcm);
+        return;
+    }
     for (int index = 0; index < channels; ++index) {
         ChannelData& c = parser_.channel(index);
         ChannelState& state = stateOf(index);
         const int shape = c.ics().window_shape;
-        Zet16s* out =
-            isPlanar() ? planes_.data() + index * ZETAC_AAC_FRAME_LEN : pcm + outputPosition(index);
+        Zet16s* out = isPlanar() ? plane(index) : pcm + outputPosition(index);
         if (state.longTerm) {
             state.longTerm->synthesise(c, state.previousShape, out);
         } else {
@@ -240,6 +267,85 @@ void AacDecoder::synthesise(Zet16s* pcm) {
     }
     if (isPlanar()) {
         zetsInterleave_16s(planeOrder_, channels, ZETAC_AAC_FRAME_LEN, pcm);
+    }
+}
+
+// --- SBR ----------------------------------------------------------------------------------------
+
+/** A decoder for each element of the layout, held by its first channel. */
+void AacDecoder::allocateSbr() {
+    const ChannelLayout& layout = *parser_.layout();
+    const SbrBankOptions options{options_.isFloat, options_.sbr == SbrOutput::kCore};
+    const int sampleRate = 2 * parser_.format().sampleRate();
+    for (int e = 0; e < layout.elements(); ++e) {
+        const int first = layout.firstChannel(e);
+        const int next = e + 1 < layout.elements() ? layout.firstChannel(e + 1) : layout.channels();
+        stateOf(first).sbr = std::make_unique<SbrDecoder>(next - first == 2, sampleRate, options);
+    }
+}
+
+bool AacDecoder::hasParametricStereo() const {
+    for (int c = 0; states_ && c < parser_.channels(); ++c) {
+        if (states_[c].sbr && states_[c].sbr->parser().hasParametricStereo()) return true;
+    }
+    return false;
+}
+
+/** Reads the SBR data of all elements.
+ *  @return the first fault */
+Fault AacDecoder::readSbr() {
+    if (!decodesSbr()) return Fault::kNone;
+    Fault first = Fault::kNone;
+    for (const AudioElement& element : parser_.elements()) {
+        const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);
+        if (!failed(first)) first = fault;
+    }
+    return first;
+}
+
+/** The filter bank gives whole numbers, but above the core's sound lies nothing that could hide
+ *  their rounding. So the spectrum goes in with as many fractional bits as it has room for, and the
+ *  overlap follows. */
+void AacDecoder::synthesiseCore(int channel, Zet32s* core) {
+    constexpr int kFractionMax = 6;
+    ChannelData& c = parser_.channel(channel);
+    ChannelState& state = stateOf(channel);
+    const int fraction =
+        std::min({kFractionMax, headroom(c.spectrum), state.fraction + headroom(state.overlap)});
+    shift(c.spectrum, fraction);
+    shift(state.overlap, fraction - state.fraction);
+    zetsMDCTInv_AAC_32s_I(c.spectrum, state.overlap, c.ics().window_sequence, c.ics().window_shape,
+                          state.previousShape, ZETAC_AAC_FRAME_LEN);
+    state.previousShape = c.ics().window_shape;
+    state.fraction = fraction;
+    const int rest = kSbrCoreFraction - fraction;
+    const Zet32s max = ZETAC_SBR_ANALYSIS_MAX >> rest;
+    for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
+        core[i] = std::clamp(c.spectrum[i], -max, max) * (1 << rest);
+    }
+}
+
+void AacDecoder::synthesiseSbr() {
+    Zet32s core[ZETAC_AAC_FRAME_LEN];
+    SbrDecoder* sbr = nullptr;
+    int first = 0;
+    for (int index = 0; index < parser_.channels(); ++index) {
+        ChannelState& state = stateOf(index);
+        if (state.sbr) {
+            sbr = state.sbr.get();
+            first = index;
+        }
+        if (state.longTerm) {
+            Zet16s pcm[ZETAC_AAC_FRAME_LEN];
+            ChannelData& c = parser_.channel(index);
+            state.longTerm->synthesise(c, state.previousShape, pcm);
+            state.previousShape = c.ics().window_shape;
+            for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i)
+                core[i] = pcm[i] * (1 << kSbrCoreFraction);
+        } else {
+            synthesiseCore(index, core);
+        }
+        sbr->decode(index - first, core, plane(index));
     }
 }
 

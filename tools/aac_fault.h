@@ -24,6 +24,11 @@ enum class Fault : int {
     kWindowsDiffer,       // intensity stereo between channels with different windows
     kNoLayout,            // audio before the program config element that tells the channels
     kPrediction,          // prediction, which the low-complexity profile does not have
+    kSbrTruncated,        // the data of SBR end too early
+    kSbrCrc,              // the error check of the SBR data fails
+    kSbrHeader,           // bands that the standard does not allow
+    kSbrGrid,             // envelopes that the standard does not allow
+    kSbrValue,            // a scale factor of SBR out of range
     kUnsupportedProfile,  // SSR
     kUnsupportedRate,     // a sampling_frequency_index without band tables
     kUnsupportedLayout,   // more than eight channels, or none

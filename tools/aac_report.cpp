@@ -3,11 +3,14 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <memory>
 
 #include "aac_block.h"
 #include "aac_stream.h"
 #include "report.h"
+#include "sbr_data.h"
 
 namespace zetac::tool {
 namespace {
@@ -30,7 +33,8 @@ enum CodingTool : unsigned {
     kPrediction = 1u << 6,
     kLongTermPrediction = 1u << 7,
     kCoupling = 1u << 8,
-    kSbr = 1u << 9
+    kSbr = 1u << 9,
+    kParametricStereo = 1u << 10
 };
 
 struct AacSummary {
@@ -42,9 +46,12 @@ struct AacSummary {
     uint64_t audioBytes = 0;
     unsigned tools = 0;
     bool isProtected = false;
-    bool isParsed = true;  // false: a profile of which only the container was read
+    bool isDoubled = false;  // by SBR
+    bool isParsed = true;    // false: a profile of which only the container was read
     Damage damage;
 
+    int sampleRate() const { return format.sampleRate() * (isDoubled ? 2 : 1); }
+    int frameLength() const { return ZETAC_AAC_FRAME_LEN * (isDoubled ? 2 : 1); }
     double seconds() const;
     double bitsPerSecond() const;
     /** Such as "AAC LC". */
@@ -91,13 +98,52 @@ unsigned toolsOfBlock(BlockParser& parser, unsigned predictionTool) {
     return tools;
 }
 
-void addBlock(AacSummary& summary, BlockParser& parser, const RawBlock& block) {
+/** Reads the SBR data of all elements. */
+class SbrScan {
+  public:
+    /** @return the first fault */
+    Fault add(BlockParser& parser) {
+        Fault first = Fault::kNone;
+        for (const AudioElement& element : parser.elements()) {
+            auto& sbr = parsers_[static_cast<size_t>(element.firstChannel)];
+            if (!sbr) {
+                sbr = std::make_unique<codec::SbrParser>(element.id == ElementId::kPair,
+                                                         2 * parser.format().sampleRate());
+            }
+            const Fault fault = sbr->parse(element.sbr);
+            if (!failed(first)) first = fault;
+            hasParametricStereo_ = hasParametricStereo_ || sbr->hasParametricStereo();
+        }
+        return first;
+    }
+
+    void lose() {
+        for (const auto& sbr : parsers_) {
+            if (sbr) sbr->lose();
+        }
+    }
+
+    bool hasParametricStereo() const { return hasParametricStereo_; }
+
+  private:
+    std::array<std::unique_ptr<codec::SbrParser>, codec::kChannelsMax> parsers_;
+    bool hasParametricStereo_ = false;
+};
+
+/** @return whether the block is good, whatever its SBR data are */
+bool addBlock(AacSummary& summary, BlockParser& parser, SbrScan& sbr, const RawBlock& block) {
     const Fault fault = parser.parse(block);
     summary.audioBytes += parser.bytesUsed();
     summary.isProtected = summary.isProtected || block.isProtected;
     if (failed(fault)) {
         summary.damage.add(block.position, describe(fault));
-        return;
+        sbr.lose();
+        return false;
+    }
+    if (summary.isDoubled) {
+        const Fault sbrFault = sbr.add(parser);
+        if (failed(sbrFault)) summary.damage.add(block.position, describe(sbrFault));
+        if (sbr.hasParametricStereo()) summary.tools |= kParametricStereo;
     }
     const bool isMain = summary.format.profile == 0;
     summary.tools |= toolsOfBlock(parser, isMain ? kPrediction : kLongTermPrediction);
@@ -105,11 +151,13 @@ void addBlock(AacSummary& summary, BlockParser& parser, const RawBlock& block) {
         summary.layout = parser.layout()->describe();
         summary.channels = parser.channels();
     }
+    return true;
 }
 
 std::vector<std::string> namesOf(unsigned tools) {
-    return pick(tools, {"short blocks", "M/S stereo", "intensity stereo", "PNS", "TNS",
-                        "pulse data", "prediction", "long-term prediction", "coupling", "SBR"});
+    return pick(tools,
+                {"short blocks", "M/S stereo", "intensity stereo", "PNS", "TNS", "pulse data",
+                 "prediction", "long-term prediction", "coupling", "SBR", "parametric stereo"});
 }
 
 double AacSummary::seconds() const {
@@ -124,6 +172,7 @@ double AacSummary::bitsPerSecond() const {
 std::string AacSummary::profile() const {
     static constexpr const char* kNames[] = {"AAC Main", "AAC LC", "AAC SSR", "AAC LTP"};
     const std::string name = kNames[format.profile & 3];
+    if (tools & kParametricStereo) return name + " with SBR and parametric stereo (HE-AAC v2)";
     return tools & kSbr ? name + " with SBR (HE-AAC)" : name;
 }
 
@@ -131,7 +180,9 @@ AacSummary summarise(std::span<const Zet8u> data) {
     const auto stream = codec::openStream(data);
     AacSummary summary;
     summary.container = stream->name();
+    summary.isDoubled = codec::carriesSbr(data);
     BlockParser parser;
+    SbrScan sbr;
     RawBlock block;
     while (stream->next(block)) {
         summary.damage.foreignBytes += stream->skippedBytes();
@@ -139,14 +190,13 @@ AacSummary summarise(std::span<const Zet8u> data) {
             summary.format = block.format;
             summary.isParsed = !isRefusal(parser.open(block));
         }
-        const uint64_t damagedBefore = summary.damage.frames;
+        bool isGood = true;
         if (summary.isParsed) {
-            addBlock(summary, parser, block);
+            isGood = addBlock(summary, parser, sbr, block);
         } else {
             summary.audioBytes += block.data.size();
         }
-        stream->finish(summary.isParsed ? parser.bytesUsed() : block.data.size(),
-                       summary.damage.frames == damagedBefore);
+        stream->finish(summary.isParsed ? parser.bytesUsed() : block.data.size(), isGood);
     }
     summary.damage.foreignBytes += stream->skippedBytes();
     return summary;
@@ -162,17 +212,23 @@ void addLines(const AacSummary& s, Report& report) {
     char number[64];
     report.line("container", container(s));
     report.line("profile", s.profile());
-    report.line("sampling rate", std::to_string(s.format.sampleRate()) + " Hz");
+    report.line(
+        "sampling rate",
+        std::to_string(s.sampleRate()) + " Hz" +
+            (s.isDoubled ? ", the core " + std::to_string(s.format.sampleRate()) + " Hz" : ""));
     report.line("channels", s.layout.empty() ? "unknown" : s.layout);
-    std::snprintf(number, sizeof number, "%.3f s, %llu frames of 1024 samples", s.seconds(),
-                  static_cast<unsigned long long>(s.blocks));
+    std::snprintf(number, sizeof number, "%.3f s, %llu frames of %d samples", s.seconds(),
+                  static_cast<unsigned long long>(s.blocks), s.frameLength());
     report.line("duration", number);
     std::snprintf(number, sizeof number, "%.1f kbit/s", s.bitsPerSecond() / 1000);
     report.line("bit rate", number);
     const std::string tools = s.isParsed ? join(namesOf(s.tools), ", ") : "unknown";
     report.line("tools", tools.empty() ? "none" : tools);
-    if (s.tools & kSbr)
-        report.line("note", "zetac decodes the LC core and leaves the SBR data out");
+    if (s.tools & kParametricStereo) {
+        report.line("note", "zetac plays HE-AAC v2 as mono");
+    } else if ((s.tools & kSbr) && !s.isDoubled) {
+        report.line("note", "zetac decodes the core and leaves the SBR data out");
+    }
 }
 
 }  // namespace
@@ -183,7 +239,8 @@ void reportAac(std::span<const Zet8u> data, Report& report) {
     report.member("container", s.container);
     report.member("mpeg_version", s.format.mpegVersion);
     report.member("profile", s.profile());
-    report.member("sample_rate", s.format.sampleRate());
+    report.member("sample_rate", s.sampleRate());
+    if (s.isDoubled) report.member("core_sample_rate", s.format.sampleRate());
     report.member("channels", s.channels);
     report.member("layout", s.layout);
     report.member("frames", s.blocks);

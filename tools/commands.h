@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "sound_source.h"
+
 namespace zetac::tool {
 
 /** Exit statuses; of several files the worst one counts. */
@@ -38,6 +40,7 @@ struct DecodeOptions {
     bool isQuiet = false;
     bool isStrict = false;
     bool isTrimmed = true;  // of the samples that the encoder added
+    SbrOptions sbr;
 };
 
 /** Decodes the files to WAV. */

@@ -93,7 +93,7 @@ class FileDecoder {
 
 Outcome FileDecoder::run() {
     const FileData data(job_.input);
-    const auto source = openSound(data.bytes());
+    const auto source = openSound(data.bytes(), options_.sbr);
     SoundFrame frame;
     while (!isInterrupted && source->next(frame)) {
         reportForeign(source->foreign());
@@ -115,11 +115,8 @@ Outcome FileDecoder::run() {
 /** Reports a fault and writes the frame, concealed or not. Frames that come before the layout is
  *  known are made up for in silence when it is. */
 void FileDecoder::handle(const SoundSource& source, const SoundFrame& frame) {
-    if (frame.fault.empty()) {
-        ++goodFrames_;
-    } else if (frame.isFaultNews) {
-        report(frame.position, frame.fault);
-    }
+    if (frame.fault.empty() || frame.isHeard) ++goodFrames_;
+    if (!frame.fault.empty() && frame.isFaultNews) report(frame.position, frame.fault);
     if (frame.channels == 0) {
         ++silentFrames_;
         return;

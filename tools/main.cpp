@@ -55,8 +55,19 @@ CLI::App* addDecode(CLI::App& app, zetac::tool::DecodeOptions& options) {
     decode->add_flag_callback(
         "--no-trim", [&options] { options.isTrimmed = false; },
         "Keep the samples that an MP3 encoder says it added in front and behind");
+    CLI::Option* noSbr = decode->add_flag_callback(
+        "--no-sbr", [&options] { options.sbr.isOn = false; },
+        "Of HE-AAC decode the core alone, at half the rate");
+    decode
+        ->add_flag("--downsampled", options.sbr.isDownsampled,
+                   "Decode HE-AAC at the rate of its core, with the high band as far as it goes")
+        ->excludes(noSbr);
+    decode->add_flag("--float", options.sbr.isFloat,
+                     "Decode the high band of HE-AAC in floating instead of fixed point");
     decode->footer(
-        "A damaged frame is reported with its place and replaced by a fade-out.\n"
+        "A damaged frame is reported with its place and replaced by a fade-out. HE-AAC comes out\n"
+        "at twice the rate of its core, HE-AAC v2 as mono; where its SBR data are damaged, the\n"
+        "high band is missing up to their next header.\n"
         "Examples:\n"
         "  zetac decode song.aac             writes song.wav\n"
         "  zetac decode *.mp3 -o wavs        writes wavs/....wav, on all cores\n"
@@ -68,7 +79,7 @@ CLI::App* addDecode(CLI::App& app, zetac::tool::DecodeOptions& options) {
 
 int run(int argc, char** argv) {
     CLI::App app(
-        "zetac shows and decodes AAC (ADTS and ADIF; profiles LC, Main and LTP) and MP3 files.",
+        "zetac shows and decodes AAC (ADTS and ADIF; profiles LC, Main, LTP and HE) and MP3 files.",
         "zetac");
     zetac::tool::InfoOptions infoOptions;
     zetac::tool::DecodeOptions decodeOptions;

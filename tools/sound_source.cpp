@@ -13,10 +13,22 @@ namespace {
 
 using codec::Mp3Fault;
 
+/** Without SBR data there is nothing to double. */
+codec::DecoderOptions decoderOptions(std::span<const Zet8u> data, const SbrOptions& sbr) {
+    codec::DecoderOptions options;
+    options.isFloat = sbr.isFloat;
+    if (sbr.isOn && codec::carriesSbr(data)) {
+        options.sbr = sbr.isDownsampled ? codec::SbrOutput::kCore : codec::SbrOutput::kDouble;
+    }
+    return options;
+}
+
 class AacSource : public SoundSource {
   public:
-    explicit AacSource(std::span<const Zet8u> data)
-        : stream_(codec::openStream(data)), pcm_(codec::kPcmValuesMax) {}
+    AacSource(std::span<const Zet8u> data, const SbrOptions& sbr)
+        : stream_(codec::openStream(data)),
+          decoder_(decoderOptions(data, sbr)),
+          pcm_(codec::kPcmValuesMax) {}
 
     bool next(SoundFrame& frame) override {
         codec::RawBlock block;
@@ -27,9 +39,19 @@ class AacSource : public SoundSource {
         stream_->finish(decoded.bytesUsed, !failed(decoded.fault));
         if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
         hasSbr_ = hasSbr_ || (!failed(decoded.fault) && decoder_.parser().hasSbr());
-        frame = {block.position,   block.data.size(),  {}, true, pcm_.data(),
-                 decoded.channels, ZETAC_AAC_FRAME_LEN};
-        if (failed(decoded.fault)) frame.fault = describe(decoded.fault);
+        frame = {.position = block.position,
+                 .inputBytes = block.data.size(),
+                 .fault = {},
+                 .isFaultNews = true,
+                 .pcm = pcm_.data(),
+                 .channels = decoded.channels,
+                 .samples = static_cast<size_t>(decoded.samples),
+                 .isHeard = !failed(decoded.fault)};
+        if (failed(decoded.fault)) {
+            frame.fault = describe(decoded.fault);
+        } else if (failed(decoded.sbrFault)) {
+            frame.fault = describe(decoded.sbrFault) + "; resampled only until the next header";
+        }
         return true;
     }
 
@@ -39,7 +61,11 @@ class AacSource : public SoundSource {
 
     std::vector<std::string> notes() const override {
         if (!hasSbr_) return {};
-        return {"HE-AAC: the LC core was decoded and the SBR data left out"};
+        if (!decoder_.decodesSbr()) {
+            return {"HE-AAC: the LC core was decoded and the SBR data left out"};
+        }
+        if (!decoder_.hasParametricStereo()) return {};
+        return {"HE-AAC v2: played as mono, the parametric stereo data are left out"};
     }
 
   private:
@@ -65,13 +91,13 @@ class Mp3Source : public SoundSource {
         if (!layout_) layout_ = codec::ChannelLayout::fromConfiguration(decoded.channels);
         if (decoded.channels != layout_->channels()) convertChannels(decoded.samples);
         const bool isMuted = decoded.fault == Mp3Fault::kMissingMainData;
-        frame = {coded.position,
-                 coded.data.size(),
-                 {},
-                 !(isMuted && isMuted_),
-                 pcm_,
-                 layout_->channels(),
-                 static_cast<size_t>(decoded.samples)};
+        frame = {.position = coded.position,
+                 .inputBytes = coded.data.size(),
+                 .fault = {},
+                 .isFaultNews = !(isMuted && isMuted_),
+                 .pcm = pcm_,
+                 .channels = layout_->channels(),
+                 .samples = static_cast<size_t>(decoded.samples)};
         if (failed(decoded.fault)) frame.fault = describe(decoded.fault);
         isMuted_ = isMuted;
         return true;
@@ -132,8 +158,8 @@ Codec identify(std::span<const Zet8u> data) {
     return aac ? Codec::kAac : Codec::kMp3;
 }
 
-std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data) {
-    if (identify(data) == Codec::kAac) return std::make_unique<AacSource>(data);
+std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr) {
+    if (identify(data) == Codec::kAac) return std::make_unique<AacSource>(data, sbr);
     return std::make_unique<Mp3Source>(data);
 }
 

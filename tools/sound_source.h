@@ -19,11 +19,12 @@ namespace zetac::tool {
 struct SoundFrame {
     size_t position = 0;          // in the file
     size_t inputBytes = 0;        // that it took
-    std::string fault;            // why it is concealed; empty when it is good
+    std::string fault;            // what is wrong with it; empty when it is good
     bool isFaultNews = true;      // false: the fault of the frame before goes on
     const Zet16s* pcm = nullptr;  // interleaved in the order of WAV files
     int channels = 0;             // 0: silent, because no layout is known yet
     size_t samples = 0;           // per channel
+    bool isHeard = false;         // in spite of its fault
 };
 
 /** Samples per channel that the encoder added to the sound. */
@@ -65,8 +66,15 @@ enum class Codec { kAac, kMp3 };
 /** Which codec the bytes are of, by their content. Throws Failure when they are neither. */
 Codec identify(std::span<const Zet8u> data);
 
+/** How HE-AAC is decoded. */
+struct SbrOptions {
+    bool isOn = true;            // false: the core alone
+    bool isDownsampled = false;  // at the rate of the core
+    bool isFloat = false;        // in floating point
+};
+
 /** Throws Failure when the bytes are no sound.
  *  @param data  with kReadAhead readable bytes behind it; must outlive the source */
-std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data);
+std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr);
 
 }  // namespace zetac::tool

@@ -75,7 +75,7 @@ struct Field {
 // One per source file; main calls those that were compiled in and know the codec. This library's
 // own decoder comes first in the field, under kReferenceName.
 inline constexpr std::string_view kReferenceName = "zetac";
-void addZetac(Field& field, Codec codec);
+void addZetac(Field& field, const Stream& stream);
 void addLibavcodec(Field& field, Codec codec);
 void addLibfaad(Field& field);    // AAC
 void addLibmad(Field& field);     // MP3

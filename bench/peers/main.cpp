@@ -53,10 +53,11 @@ void addMp3Peers(Field& field) {
 #endif
 }
 
-Field lineUp(Codec codec) {
+Field lineUp(const Stream& stream) {
+    const Codec codec = stream.codec;
     Field field;
 #ifdef PEERS_ZETAC
-    addZetac(field, codec);
+    addZetac(field, stream);
 #else
     field.missing.emplace_back(kReferenceName);
 #endif
@@ -127,7 +128,7 @@ void printTable(const std::vector<Result>& results) {
 // 0 if every decoder of the build delivered the whole stream.
 int run(const std::string& path, const Options& options) {
     const Stream stream = split(readFile(path));
-    const Field field = lineUp(stream.codec);
+    const Field field = lineUp(stream);
     if (field.decoders.empty()) throw std::runtime_error("this build has no decoder to time");
     printSetting(field, stream, path);
     std::fflush(stdout);

@@ -9,15 +9,29 @@
 namespace peers {
 namespace {
 
+/** What its readers need behind a stream. */
+std::vector<Zet8u> padded(std::span<const std::uint8_t> bytes) {
+    std::vector<Zet8u> result(bytes.begin(), bytes.end());
+    result.resize(result.size() + zetac::codec::kReadAhead);
+    return result;
+}
+
+bool carriesSbr(const Stream& stream) {
+    const std::vector<Zet8u> bytes = padded(stream.bytes);
+    return zetac::codec::carriesSbr({bytes.data(), stream.bytes.size()});
+}
+
 class ZetacAac final : public Decoder {
   public:
-    std::string_view name() const override { return kReferenceName; }
+    ZetacAac(std::string_view name, zetac::codec::DecoderOptions options)
+        : name_(name), options_(options) {}
+
+    std::string_view name() const override { return name_; }
     std::string_view sampleFormat() const override { return "s16"; }
 
     // The blocks are found by decoding once, since only that tells where a block ends.
     void prepare(const Stream& stream) override {
-        bytes_ = stream.bytes;
-        bytes_.resize(bytes_.size() + zetac::codec::kReadAhead);
+        bytes_ = padded(stream.bytes);
         const auto blocks = zetac::codec::openStream({bytes_.data(), stream.bytes.size()});
         if (!blocks) throw std::runtime_error("zetac: cannot start on this stream");
         zetac::codec::RawBlock block;
@@ -29,7 +43,7 @@ class ZetacAac final : public Decoder {
         }
     }
 
-    void rewind() override { decoder_ = std::make_unique<zetac::codec::AacDecoder>(); }
+    void rewind() override { decoder_ = std::make_unique<zetac::codec::AacDecoder>(options_); }
 
     Delivered decodeAll(Level level) override {
         Delivered out;
@@ -37,10 +51,10 @@ class ZetacAac final : public Decoder {
             const auto frame = decoder_->decode(block, pcm_.data());
             if (failed(frame.fault)) continue;
             ++out.frames;
-            out.samples += ZETAC_AAC_FRAME_LEN;
+            out.samples += static_cast<size_t>(frame.samples);
             out.channels = static_cast<unsigned>(frame.channels);
             if (level == Level::measured) {
-                const std::span pcm(pcm_.data(), size_t{ZETAC_AAC_FRAME_LEN} * out.channels);
+                const std::span pcm(pcm_.data(), static_cast<size_t>(frame.samples) * out.channels);
                 out.sumOfSquares += sumOfSquares(std::span<const Zet16s>(pcm), 0x1p15);
             }
         }
@@ -48,6 +62,8 @@ class ZetacAac final : public Decoder {
     }
 
   private:
+    std::string_view name_;
+    zetac::codec::DecoderOptions options_;
     std::vector<Zet8u> bytes_;
     std::vector<zetac::codec::RawBlock> blocks_;
     std::vector<Zet16s> pcm_ = std::vector<Zet16s>(zetac::codec::kPcmValuesMax);
@@ -93,13 +109,20 @@ class ZetacMp3 final : public Decoder {
 
 }  // namespace
 
-void addZetac(Field& field, Codec codec) {
+/** Of HE-AAC both the fixed and the floating decoder take part. */
+void addZetac(Field& field, const Stream& stream) {
     field.versions.push_back(std::string("zetac ") + zetacGetLibVersion()->Version);
-    if (codec == Codec::aac) {
-        field.decoders.push_back(std::make_unique<ZetacAac>());
-    } else {
+    if (stream.codec == Codec::mp3) {
         field.decoders.push_back(std::make_unique<ZetacMp3>());
+        return;
     }
+    zetac::codec::DecoderOptions options;
+    const bool hasSbr = carriesSbr(stream);
+    if (hasSbr) options.sbr = zetac::codec::SbrOutput::kDouble;
+    field.decoders.push_back(std::make_unique<ZetacAac>(kReferenceName, options));
+    if (!hasSbr) return;
+    options.isFloat = true;
+    field.decoders.push_back(std::make_unique<ZetacAac>("zetac float", options));
 }
 
 }  // namespace peers

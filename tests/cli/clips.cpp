@@ -121,9 +121,10 @@ Decoded decodeAll(const Bytes& bytes, codec::DecoderOptions options) {
         const codec::DecodedFrame frame = decoder.decode(block, pcm.data());
         stream->finish(frame.bytesUsed, !failed(frame.fault));
         result.faults.push_back(frame.fault);
+        result.sbrFaults.push_back(frame.sbrFault);
         result.positions.push_back(block.position);
         result.channels = frame.channels;
-        const auto values = frame.channels * ZETAC_AAC_FRAME_LEN;
+        const auto values = frame.channels * frame.samples;
         result.pcm.insert(result.pcm.end(), pcm.begin(), pcm.begin() + values);
         EXPECT_TRUE(std::all_of(pcm.begin() + values, pcm.end(),
                                 [](Zet16s value) { return value == kCanary; }));

@@ -54,7 +54,8 @@ struct Decoded {
     int sampleRate = 0;
     Pcm pcm;
     std::vector<codec::Fault> faults;  // of every block
-    std::vector<size_t> positions;     // of every block
+    std::vector<codec::Fault> sbrFaults;
+    std::vector<size_t> positions;  // of every block
     size_t skippedBytes = 0;
     size_t stateBytes = 0;
 

@@ -172,7 +172,7 @@ TEST_F(Command, LateLayout) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.text.find("zetac: a.aac: at byte 7: audio before any program config element"),
               0u);
-    Pcm expected(2 * codec::kPcmValuesMax);
+    Pcm expected(2 * size_t{codec::kChannelsMax} * ZETAC_AAC_FRAME_LEN);
     const Pcm sound = soundOf(clip("surround_71_pce"));
     expected.insert(expected.end(), sound.begin(), sound.end());
     EXPECT_EQ(pcmOf(get("a.wav")), expected);
