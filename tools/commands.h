@@ -30,17 +30,33 @@ struct InfoOptions {
 /** Prints what the files are. */
 Outcome runInfo(const InfoOptions& options);
 
-struct DecodeOptions {
+/** Of a command that makes one file of each. */
+struct ConversionOptions {
     std::vector<std::string> files;
     std::string output;  // file, folder or "-"; empty: beside the input
     int jobs = 0;        // files at once; 0: one per processor
     bool isForced = false;
     bool isQuiet = false;
+};
+
+struct DecodeOptions : ConversionOptions {
     bool isStrict = false;
     bool isTrimmed = true;  // of the samples that the encoder added
 };
 
 /** Decodes the files to WAV. */
 Outcome runDecode(const DecodeOptions& options);
+
+enum class ChannelMode { kAuto, kStereo, kJoint, kMono };
+
+struct EncodeOptions : ConversionOptions {
+    int bitRate = 0;   // kbit/s; 0: the default, or variable
+    int quality = -1;  // 0..9, variable bit rate; -1: constant
+    ChannelMode mode = ChannelMode::kAuto;
+    bool hasCrc = false;
+};
+
+/** Encodes the files to MP3. */
+Outcome runEncode(const EncodeOptions& options);
 
 }  // namespace zetac::tool
