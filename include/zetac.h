@@ -1706,6 +1706,61 @@ typedef struct ZetMP3BitReservoir {
  * MP3 encoding: quantisation and rate control
  * --------------------------------------------------------------------------------------------- */
 
+/** Bytes of the work buffer of zetsQuantize_MP3_32s_I, at any address. */
+#define ZETAC_MP3_QUANTIZE_BUFFER_LEN 65536
+
+/** Quantises one MPEG-1 frame, chooses its scale factors, Huffman tables and regions, and keeps it
+ *  within the bits that it may have (ISO/IEC 11172-3, C.1.5.4.3 and C.1.5.4.4). Of all that the
+ *  budget allows, the frame gets the lowest noise, in every band of every granule and channel the
+ *  same number of decibels above or below the threshold, energy * ratio. A band whose share would
+ *  be more than its energy is silent, and so is what lies above the bandwidth that the bits of a
+ *  line pay for. Results are the same bits on every processor.
+ *
+ *  Constant bit rate, bitrate_index 0..14: the frame spends what it needs of meanBits and of the
+ *  reservoir, saves the rest, and is stuffed where the reservoir would overflow. With held before
+ *  and held' after the call, held' is a multiple of 8 and at most capacity, main_data_begin of the
+ *  frame is held / 8, and the sum of part2_3_length is held + meanBits - held'. Only where stuffing
+ *  would need more than 4095 bits in every granule and channel is the sum lower: bits that are left
+ *  between this frame's main data and the next frame's, for the caller to fill.
+ *
+ *  Variable bit rate, bitrate_index 15: meanBits is what the largest frame that the caller allows
+ *  holds; spending stops where no noise exceeds its threshold, and the sum of part2_3_length is a
+ *  multiple of 8. The caller takes the smallest bit rate whose main data, with held, hold that sum,
+ *  and keeps the reservoir: held += main data bits of that bit rate - sum, cut to the capacity,
+ *  with the bits cut left between the frames. The call does not write it. A caller who scales the
+ *  ratios moves the thresholds, and with them quality and size.
+ *  @param pSrcDst        in: lines [granule][channel][576], Q26, after zetsJointStereoEncode; short
+ *                        blocks band by band, the windows of a band one after another; out:
+ *                        quantised lines with sign, magnitudes up to 8206
+ *  @param pScaleFactors  [granule][channel][ZETAC_MP3_SCF_MAX], in: the intensity positions 0..6 of
+ *                        the right channel; out: all, in the layout of
+ *                        zetsUnpackScaleFactors_MP3_1u8s. Below the intensity bound a right band
+ *                        that is silent up to the end gets 7, which is no position
+ *  @param pScfsi         out: flags [channel * 4 + band group]
+ *  @param pCount1Len     out: [granule][channel] lines in the count1 region, a multiple of 4
+ *  @param pHufSize       out: [granule][channel] bits of Huffman data, with stuffing
+ *  @param pFrameHeader   the frame's header: ID, layer, bitrate_index, sampling_frequency, mode and
+ *                        mode_extension are looked at
+ *  @param pSideInfo      in/out: records granule-major; in: block_type and mixed_block_flag; out:
+ *                        all other fields
+ *  @param pPsyOutput     records granule-major; mixed blocks are taken to have short ratios
+ *  @param pIsSfbBound    [granule][3] first intensity band, of long blocks one, of short blocks one
+ *                        a window; looked at in joint stereo with intensity
+ *  @param pReservoir     in/out
+ *  @param meanBits       main-data bits of this frame: all but header, CRC word and side
+ * information
+ *  @param pBuffer        ZETAC_MP3_QUANTIZE_BUFFER_LEN bytes of scratch
+ *  Checks: a null pointer: zetStsNullPointer; ID not 1, layer not 1, bitrate_index outside 0..15,
+ *  sampling_frequency outside 0..2, mode outside 0..3, mode_extension outside 0..3:
+ *  zetStsBadFrameHeader; block_type outside 0..3 or mixed_block_flag outside 0..1 of a record:
+ *  zetStsBadSideInfo; meanBits below 0: zetStsBadSize; held not a multiple of 8 in 0..4088, or
+ *  capacity below 0: zetStsBadArg. */
+ZETAC_API ZetStatus zetsQuantize_MP3_32s_I(
+    Zet32s* pSrcDst, Zet8s* pScaleFactors, int* pScfsi, int* pCount1Len, int* pHufSize,
+    const ZetMP3Header* pFrameHeader, ZetMP3GranuleSideInfo* pSideInfo,
+    const ZetMP3PsyOutput* pPsyOutput, const Zet32s* pIsSfbBound, ZetMP3BitReservoir* pReservoir,
+    int meanBits, Zet8u* pBuffer);
+
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: packing
  * --------------------------------------------------------------------------------------------- */
