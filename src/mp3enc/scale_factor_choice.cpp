@@ -16,6 +16,7 @@ constexpr int kGroupBands[kScfsiGroups] = {6, 5, 5, 5};
 // Costs are in 1/16 bits. A quarter step makes a line that is not 0 cost 3/16 bit more.
 constexpr int kBit = 16;
 constexpr int kNonZeroCost = 3;
+constexpr int kMostGains = 24;
 constexpr int kNoisePenalty = 8;  // a quarter step too coarse counts as that many too fine
 
 constexpr int floorShift(int a, int shift) {
@@ -47,6 +48,15 @@ class Candidate {
         return base_[kLongClass] != INT_MAX ? base_[kLongClass] : highest;
     }
 
+    // The gains below the highest repeat the choices in coarse scale factors, but for the uppermost
+    // band.
+    int gainsToTry() const {
+        if (layout_.hasShort) return kSubblockSteps;
+        const BandDemand& top = topOf(kLongClass);
+        const int below = top.isCoded ? base_[kLongClass] - top.step : 0;
+        return std::clamp(below, 1 << shift_, kMostGains);
+    }
+
     // Returns the cost of what the candidate adds to the demands, scale factors included.
     int evaluate(int gain, StepChoice& choice) {
         choice.gain = gain;
@@ -75,15 +85,25 @@ class Candidate {
             const Band& band = layout_.bands[b];
             const BandDemand& demand = demands_[b];
             if (band.stepClass != stepClass || !demand.isCoded) continue;
-            const bool hasFactor = band.scaleFactor != kNoScaleFactor;
-            const int most = hasFactor ? kMaxScaleFactor[band.upper] : 0;
-            const int fixed = hasFactor ? pretabOf(band) : 0;
+            const int fixed = pretabOf(band);
+            lowest = std::max(lowest, demand.finest + (fixed << shift_));
+            if (band.scaleFactor == kNoScaleFactor) continue;
+            const int most = kMaxScaleFactor[band.upper];
             highest = std::max(highest, demand.step + (fixed << shift_));
             inReach = std::min(inReach, demand.step + ((most + fixed) << shift_));
-            lowest = std::max(lowest, demand.finest + (fixed << shift_));
         }
-        return highest == INT_MIN ? INT_MAX : std::max(std::min(highest, inReach), lowest);
+        if (lowest == INT_MIN) return INT_MAX;
+        return highest == INT_MIN ? topStep(stepClass)
+                                  : std::max(std::min(highest, inReach), lowest);
     }
+
+    // The uppermost band has no scale factor: only the gain can serve it, at the cost of all
+    // others.
+    const BandDemand& topOf(int stepClass) const {
+        const int window = stepClass == kLongClass ? kWindows - 1 : stepClass;
+        return demands_[layout_.count - kWindows + window];
+    }
+    int topStep(int stepClass) const { return topOf(stepClass).step; }
 
     // The scale factor of band b, and the step that results.
     void assign(int b, int base, StepChoice& choice) const {
@@ -111,7 +131,8 @@ class Candidate {
         const int zeros = layout_.bands[b].width - demand.nonZero;
         const int weight = kNonZeroCost * demand.nonZero + zeros / 2;
         const int tooFine = demand.step - step;
-        return weight * (tooFine >= 0 ? tooFine : -kNoisePenalty * tooFine);
+        const bool hasFactor = layout_.bands[b].scaleFactor != kNoScaleFactor;
+        return weight * (tooFine >= 0 ? tooFine : -(hasFactor ? kNoisePenalty : 1) * tooFine);
     }
 
     int costOfShort(const StepChoice& choice) const {
@@ -218,8 +239,7 @@ StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, cons
             Candidate candidate(layout, demands, granule0, scale, preflag != 0);
             const int highest = candidate.highestGain();
             if (highest == INT_MIN) return best;
-            const int gains = layout.hasShort ? kSubblockSteps : 2 << scale;
-            for (int gain = highest; gain > highest - gains; --gain) {
+            for (int gain = highest; gain > highest - candidate.gainsToTry(); --gain) {
                 const int cost = candidate.evaluate(gain, trial);
                 if (cost < least) {
                     least = cost;

@@ -376,7 +376,7 @@ TEST(Mp3Quantize, meetsEveryThresholdAtVariableRateAndStopsThere) {
         frame.header.bitrate_index = kVariableRate;
         frame.meanBits = 12000;
         frame.setBlocks(blockType, mixed);
-        frame.setNoise(random, 0.1, 6);
+        frame.setNoise(random, 0.1, 3);
         for (auto& psy : frame.psy)
             for (Zet32s& ratio : psy.ratio)
                 ratio = static_cast<Zet32s>(0x1p31 * std::pow(10, decibels(random) / 10));
