@@ -1702,6 +1702,63 @@ typedef struct ZetMP3BitReservoir {
  * MP3 encoding: psychoacoustic model two
  * --------------------------------------------------------------------------------------------- */
 
+#define ZETAC_MP3_PSY_BUFFER_LEN 25152  /**< bytes of the model's work buffer */
+#define ZETAC_MP3_PSY_PARTITIONS_MAX 63 /**< threshold partitions of a long block, at most */
+#define ZETAC_MP3_PSY_LONG_LINES 6      /**< lines predicted from long spectra */
+#define ZETAC_MP3_PSY_SHORT_LINES 50    /**< short lines 2..51, predicted for long lines 6..205 */
+
+/** What the psychoacoustic model keeps of one analysis channel. Index 0 of a pair is the last
+ * block, index 1 the one before it. */
+typedef struct ZetMP3PsyChannelState {
+    uint64_t threshold[2][ZETAC_MP3_PSY_PARTITIONS_MAX]; /**< before the pre-echo limit */
+    Zet32s longMagnitude[2][ZETAC_MP3_PSY_LONG_LINES];   /**< Q6 */
+    Zet32sc longPhase[2][ZETAC_MP3_PSY_LONG_LINES];      /**< unit vectors, Q30; 0 without phase */
+    Zet32s shortMagnitude[2][ZETAC_MP3_PSY_SHORT_LINES]; /**< Q6 */
+    Zet32sc shortPhase[2][ZETAC_MP3_PSY_SHORT_LINES];    /**< unit vectors, Q30 */
+    Zet32s ratioLong[36]; /**< pending ratios, as ZetMP3PsyOutput has them; the first 21 are used */
+    Zet32s ratioShort[36]; /**< [12 bands][3 windows] */
+    Zet32s pe;             /**< pending perceptual entropy */
+    Zet32s block_type;     /**< pending block type, 0..3 */
+} ZetMP3PsyChannelState;
+
+/** State of the psychoacoustic model. All zero is the state before the first frame: silence, long
+ *  blocks. */
+typedef struct ZetMP3PsyState {
+    ZetMP3PsyChannelState channel[4]; /**< left, right, mid, side; the last two in joint stereo */
+} ZetMP3PsyState;
+
+/** Psychoacoustic model two for one frame (ISO/IEC 11172-3, Annex D.2 as Layer III adapts it in
+ *  C.1.5.3): block types, signal-to-mask ratios, perceptual entropy, the choice of M/S stereo and,
+ *  at low bit rates, of intensity stereo. Integer arithmetic throughout; nothing overflows,
+ * whatever the samples are.
+ *
+ *  The model looks one granule ahead. What a call delivers in granule slot 0 was found when the
+ *  last call analysed its last granule; slot 1 (MPEG-1) is the first granule of this call. The
+ * first call delivers in slot 0 what the state held.
+ *
+ *  @param pSrc       interleaved PCM. Granule g starts at time step 576 g and is analysed from
+ * there to 576 g + 1023, so 576 (granules - 1) + 1024 time steps are read
+ *  @param pOutput    out: [granule][channel], granules as in the frame. With M/S stereo they are
+ *                    mid and side instead of left and right
+ *  @param pIsSfbBound  out: [granule][3] with room for 6: the first band in intensity stereo, one
+ *                    value for a long granule, one per window for a short one. Written only when
+ *                    intensity stereo is chosen
+ *  @param pSideInfo  out: [granule][channel], window_switching_flag, block_type and
+ *                    mixed_block_flag (always 0); the other fields are left alone
+ *  @param pHeader    in: ID (1: two granules, else one), bitrate_index, sampling_frequency (other
+ *                    than 0..2 counts as 0), mode. Out: mode_extension. Intensity stereo is chosen
+ *                    for two channels and bitrate_index 6..8, in whatever mode; M/S only in mode 1
+ *  @param pState     in/out: state
+ *  @param pReserved  not looked at
+ *  @param pBuffer    work buffer of ZETAC_MP3_PSY_BUFFER_LEN bytes, aligned to 4
+ *  Checks: a null pointer: zetStsNullPointer. Fields of the header are not checked. */
+ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP3PsyOutput* pOutput,
+                                                       Zet32s* pIsSfbBound,
+                                                       ZetMP3GranuleSideInfo* pSideInfo,
+                                                       ZetMP3Header* pHeader,
+                                                       ZetMP3PsyState* pState, void* pReserved,
+                                                       Zet8u* pBuffer);
+
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: quantisation and rate control
  * --------------------------------------------------------------------------------------------- */

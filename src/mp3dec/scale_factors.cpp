@@ -41,8 +41,8 @@ void readLong(Writer& out, int slen1, int slen2, const int* scfsi, int granule) 
 void readMpeg1(BitReader& stream, const ZetMP3GranuleSideInfo& info, const int* scfsi, int granule,
                Zet8s* scaleFactors) {
     constexpr int kLongBandsOfMixed = 8, kFirstShortBandOfMixed = 3, kUpperShortBand = 6;
-    const int slen1 = tables::kSlen1[info.scalefac_compress];
-    const int slen2 = tables::kSlen2[info.scalefac_compress];
+    const int slen1 = tables::ownMP3TableSlen[0][info.scalefac_compress];
+    const int slen2 = tables::ownMP3TableSlen[1][info.scalefac_compress];
     const bool isShort = info.block_type == kShortBlock;
     Writer out(stream, scaleFactors);
     scaleFactors[21] = 0;
@@ -58,40 +58,9 @@ void readMpeg1(BitReader& stream, const ZetMP3GranuleSideInfo& info, const int* 
     out.fillShortBand();
 }
 
-// How scalefac_compress divides the scale factors of LSF.
-struct LsfLengths {
-    int slen[4];
-    int row;  // of nr_of_sfb_block
-    bool preflag;
-};
-
-LsfLengths lsfLengths(int compress) {
-    if (compress < 400)
-        return {{(compress >> 4) / 5, (compress >> 4) % 5, (compress & 15) >> 2, compress & 3},
-                0,
-                false};
-    if (compress < 500) {
-        const int rest = compress - 400;
-        return {{(rest >> 2) / 5, (rest >> 2) % 5, rest & 3, 0}, 1, false};
-    }
-    const int rest = compress - 500;
-    return {{rest / 3, rest % 3, 0, 0}, 2, true};
-}
-
-// The same for the right channel of intensity stereo, where they are positions.
-LsfLengths lsfIntensityLengths(int compress) {
-    const int half = compress >> 1;
-    if (half < 180) return {{half / 36, half % 36 / 6, half % 36 % 6, 0}, 3, false};
-    if (half < 244) {
-        const int rest = half - 180;
-        return {{rest >> 4, rest >> 2 & 3, rest & 3, 0}, 4, false};
-    }
-    const int rest = half - 244;
-    return {{rest / 3, rest % 3, 0, 0}, 5, false};
-}
-
 // The largest value of a group is no position, and stands negated.
-void markIllegalPositions(const LsfLengths& lengths, const uint8_t* counts, Zet8s* scaleFactors) {
+void markIllegalPositions(const tables::LsfLengths& lengths, const uint8_t* counts,
+                          Zet8s* scaleFactors) {
     for (int group = 0; group < 4; ++group) {
         const int illegal = (1 << lengths.slen[group]) - 1;
         for (int i = 0; i < counts[group]; ++i, ++scaleFactors) {
@@ -107,10 +76,11 @@ void readLsf(BitReader& stream, ZetMP3GranuleSideInfo& info, bool isIntensity,
         info.mixed_block_flag &= 1;
         blockKind = 1 + info.mixed_block_flag;
     }
-    const LsfLengths lengths = isIntensity ? lsfIntensityLengths(info.scalefac_compress)
-                                           : lsfLengths(info.scalefac_compress);
+    const tables::LsfLengths lengths = isIntensity
+                                           ? tables::lsfIntensityLengths(info.scalefac_compress)
+                                           : tables::lsfLengths(info.scalefac_compress);
     info.preflag = lengths.preflag;
-    const uint8_t* counts = tables::kNrOfSfbBlock[lengths.row][blockKind];
+    const uint8_t* counts = tables::ownNumberOfSfbBlock[lengths.row][blockKind];
     Writer out(stream, scaleFactors);
     for (int group = 0; group < 4; ++group) out.read(counts[group], lengths.slen[group]);
     out.fillShortBand();

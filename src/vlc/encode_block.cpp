@@ -2,14 +2,16 @@
 #include <algorithm>
 #include <bit>
 
+#include "core/bit_writer.h"
 #include "core/bits.h"
 #include "core/checks.h"
-#include "vlc/bit_writer.h"
 #include "vlc/escapes.h"
 #include "vlc/spec.h"
 
 namespace zetac::vlc {
 namespace {
+
+using core::BitWriter;
 
 struct Codeword {
     uint32_t code;
