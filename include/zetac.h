@@ -1729,9 +1729,121 @@ ZETAC_API ZetStatus zetsMDCTFwd_MP3_32s(const Zet32s* pSrc, Zet32s* pDst, Zet32s
  * MP3 encoding: psychoacoustic model two
  * --------------------------------------------------------------------------------------------- */
 
+#define ZETAC_MP3_PSY_BUFFER_LEN 25152  /**< bytes of the model's work buffer */
+#define ZETAC_MP3_PSY_PARTITIONS_MAX 63 /**< threshold partitions of a long block, at most */
+#define ZETAC_MP3_PSY_LONG_LINES 6      /**< lines predicted from long spectra */
+#define ZETAC_MP3_PSY_SHORT_LINES 50    /**< short lines 2..51, predicted for long lines 6..205 */
+
+/** What the psychoacoustic model keeps of one analysis channel. Index 0 of a pair is the last
+ * block, index 1 the one before it. */
+typedef struct ZetMP3PsyChannelState {
+    uint64_t threshold[2][ZETAC_MP3_PSY_PARTITIONS_MAX]; /**< before the pre-echo limit */
+    Zet32s longMagnitude[2][ZETAC_MP3_PSY_LONG_LINES];   /**< Q6 */
+    Zet32sc longPhase[2][ZETAC_MP3_PSY_LONG_LINES];      /**< unit vectors, Q30; 0 without phase */
+    Zet32s shortMagnitude[2][ZETAC_MP3_PSY_SHORT_LINES]; /**< Q6 */
+    Zet32sc shortPhase[2][ZETAC_MP3_PSY_SHORT_LINES];    /**< unit vectors, Q30 */
+    Zet32s ratioLong[36]; /**< pending ratios, as ZetMP3PsyOutput has them; the first 21 are used */
+    Zet32s ratioShort[36]; /**< [12 bands][3 windows] */
+    Zet32s pe;             /**< pending perceptual entropy */
+    Zet32s block_type;     /**< pending block type, 0..3 */
+} ZetMP3PsyChannelState;
+
+/** State of the psychoacoustic model. All zero is the state before the first frame: silence, long
+ *  blocks. */
+typedef struct ZetMP3PsyState {
+    ZetMP3PsyChannelState channel[4]; /**< left, right, mid, side; the last two in joint stereo */
+} ZetMP3PsyState;
+
+/** Psychoacoustic model two for one frame (ISO/IEC 11172-3, Annex D.2 as Layer III adapts it in
+ *  C.1.5.3): block types, signal-to-mask ratios, perceptual entropy, the choice of M/S stereo and,
+ *  at low bit rates, of intensity stereo. Integer arithmetic throughout; nothing overflows,
+ * whatever the samples are.
+ *
+ *  The model looks one granule ahead. What a call delivers in granule slot 0 was found when the
+ *  last call analysed its last granule; slot 1 (MPEG-1) is the first granule of this call. The
+ * first call delivers in slot 0 what the state held.
+ *
+ *  @param pSrc       interleaved PCM. Granule g starts at time step 576 g and is analysed from
+ * there to 576 g + 1023, so 576 (granules - 1) + 1024 time steps are read
+ *  @param pOutput    out: [granule][channel], granules as in the frame. With M/S stereo they are
+ *                    mid and side instead of left and right
+ *  @param pIsSfbBound  out: [granule][3] with room for 6: the first band in intensity stereo, one
+ *                    value for a long granule, one per window for a short one. Written only when
+ *                    intensity stereo is chosen
+ *  @param pSideInfo  out: [granule][channel], window_switching_flag, block_type and
+ *                    mixed_block_flag (always 0); the other fields are left alone
+ *  @param pHeader    in: ID (1: two granules, else one), bitrate_index, sampling_frequency (other
+ *                    than 0..2 counts as 0), mode. Out: mode_extension. Intensity stereo is chosen
+ *                    for two channels and bitrate_index 6..8, in whatever mode; M/S only in mode 1
+ *  @param pState     in/out: state
+ *  @param pReserved  not looked at
+ *  @param pBuffer    work buffer of ZETAC_MP3_PSY_BUFFER_LEN bytes, aligned to 4
+ *  Checks: a null pointer: zetStsNullPointer. Fields of the header are not checked. */
+ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP3PsyOutput* pOutput,
+                                                       Zet32s* pIsSfbBound,
+                                                       ZetMP3GranuleSideInfo* pSideInfo,
+                                                       ZetMP3Header* pHeader,
+                                                       ZetMP3PsyState* pState, void* pReserved,
+                                                       Zet8u* pBuffer);
+
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: quantisation and rate control
  * --------------------------------------------------------------------------------------------- */
+
+/** Bytes of the work buffer of zetsQuantize_MP3_32s_I, at any address. */
+#define ZETAC_MP3_QUANTIZE_BUFFER_LEN 65536
+
+/** Quantises one MPEG-1 frame, chooses its scale factors, Huffman tables and regions, and keeps it
+ *  within the bits that it may have (ISO/IEC 11172-3, C.1.5.4.3 and C.1.5.4.4). Of all that the
+ *  budget allows, the frame gets the lowest noise, in every band of every granule and channel the
+ *  same number of decibels above or below the threshold, energy * ratio. A band whose share would
+ *  be more than its energy is silent, and so is what lies above the bandwidth that the bits of a
+ *  line pay for. Results are the same bits on every processor.
+ *
+ *  Constant bit rate, bitrate_index 0..14: the frame spends what it needs of meanBits and of the
+ *  reservoir, saves the rest, and is stuffed where the reservoir would overflow. With held before
+ *  and held' after the call, held' is a multiple of 8 and at most capacity, main_data_begin of the
+ *  frame is held / 8, and the sum of part2_3_length is held + meanBits - held'. Only where stuffing
+ *  would need more than 4095 bits in every granule and channel is the sum lower: bits that are left
+ *  between this frame's main data and the next frame's, for the caller to fill.
+ *
+ *  Variable bit rate, bitrate_index 15: meanBits is what the largest frame that the caller allows
+ *  holds; spending stops where no noise exceeds its threshold, and the sum of part2_3_length is a
+ *  multiple of 8. The caller takes the smallest bit rate whose main data, with held, hold that sum,
+ *  and keeps the reservoir: held += main data bits of that bit rate - sum, cut to the capacity,
+ *  with the bits cut left between the frames. The call does not write it. A caller who scales the
+ *  ratios moves the thresholds, and with them quality and size.
+ *  @param pSrcDst        in: lines [granule][channel][576], Q26, after zetsJointStereoEncode; short
+ *                        blocks band by band, the windows of a band one after another; out:
+ *                        quantised lines with sign, magnitudes up to 8206
+ *  @param pScaleFactors  [granule][channel][ZETAC_MP3_SCF_MAX], in: the intensity positions 0..6 of
+ *                        the right channel; out: all, in the layout of
+ *                        zetsUnpackScaleFactors_MP3_1u8s. Below the intensity bound a right band
+ *                        that is silent up to the end gets 7, which is no position
+ *  @param pScfsi         out: flags [channel * 4 + band group]
+ *  @param pCount1Len     out: [granule][channel] lines in the count1 region, a multiple of 4
+ *  @param pHufSize       out: [granule][channel] bits of Huffman data, with stuffing
+ *  @param pFrameHeader   the frame's header: ID, layer, bitrate_index, sampling_frequency, mode and
+ *                        mode_extension are looked at
+ *  @param pSideInfo      in/out: records granule-major; in: block_type and mixed_block_flag; out:
+ *                        all other fields
+ *  @param pPsyOutput     records granule-major; mixed blocks are taken to have short ratios
+ *  @param pIsSfbBound    [granule][3] first intensity band, of long blocks one, of short blocks one
+ *                        a window; looked at in joint stereo with intensity
+ *  @param pReservoir     in/out
+ *  @param meanBits       main-data bits of this frame: all but header, CRC word and side
+ * information
+ *  @param pBuffer        ZETAC_MP3_QUANTIZE_BUFFER_LEN bytes of scratch
+ *  Checks: a null pointer: zetStsNullPointer; ID not 1, layer not 1, bitrate_index outside 0..15,
+ *  sampling_frequency outside 0..2, mode outside 0..3, mode_extension outside 0..3:
+ *  zetStsBadFrameHeader; block_type outside 0..3 or mixed_block_flag outside 0..1 of a record:
+ *  zetStsBadSideInfo; meanBits below 0: zetStsBadSize; held not a multiple of 8 in 0..4088, or
+ *  capacity below 0: zetStsBadArg. */
+ZETAC_API ZetStatus zetsQuantize_MP3_32s_I(
+    Zet32s* pSrcDst, Zet8s* pScaleFactors, int* pScfsi, int* pCount1Len, int* pHufSize,
+    const ZetMP3Header* pFrameHeader, ZetMP3GranuleSideInfo* pSideInfo,
+    const ZetMP3PsyOutput* pPsyOutput, const Zet32s* pIsSfbBound, ZetMP3BitReservoir* pReservoir,
+    int meanBits, Zet8u* pBuffer);
 
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: packing

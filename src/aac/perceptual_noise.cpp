@@ -25,19 +25,6 @@ uint64_t drawNoise(Zet32s* line, int count, uint32_t& state) {
     return sum;
 }
 
-// 1 / sqrt(x) in Q30 for x = 1/4..1 in Q32, by Newton's iteration y' = y (3 - x y^2) / 2. The line
-// it starts from is within 10 %; the fourth step leaves only the rounding, less than 2^-28.
-uint32_t inverseSquareRoot(uint32_t x) {
-    constexpr uint32_t kStart = 2254857830u;  // 2.1 in Q30
-    uint64_t y = kStart - x / 10 * 3;         // 2.1 - 1.2 x
-    for (int step = 0; step < 4; ++step) {
-        const uint64_t square = (y * y) >> 31;                                 // Q29
-        const uint64_t correction = (uint64_t{3} << 29) - (x * square >> 32);  // Q29
-        y = (y * correction) >> 30;
-    }
-    return static_cast<uint32_t>(y);
-}
-
 // Multiplies a vector of the given sum of squares by 2^(3 + energy / 4) over its norm.
 void scaleNoise(Zet32s* line, int count, uint64_t sumOfSquares, int energy) {
     if (sumOfSquares == 0) return;
@@ -46,7 +33,7 @@ void scaleNoise(Zet32s* line, int count, uint64_t sumOfSquares, int energy) {
     const auto mantissa = static_cast<uint32_t>((sumOfSquares << (2 * halfShift)) >> 32);
     const int exponent = (energy + 3) >> 2;
     const int64_t quarterPower = tables::kQuarterPower[4 * exponent - energy];
-    const int64_t factor = (quarterPower * inverseSquareRoot(mantissa)) >> 31;  // Q30
+    const int64_t factor = (quarterPower * core::inverseSquareRoot(mantissa)) >> 31;  // Q30
     // At the lower limit the noise is far beyond full scale, at the upper one it is 0.
     const int shift = std::clamp(30 + 32 - halfShift - 3 - exponent, 1, 62);
     const int64_t half = int64_t{1} << (shift - 1);

@@ -66,6 +66,20 @@ constexpr long double squareRoot(long double x) {
     return root;
 }
 
+// Two halvings of the angle, atan x = 2 atan(x / (1 + sqrt(1 + x^2))), bring |x| <= 1 below 0.2,
+// where the series converges by 1/25 a term. x must be positive or zero.
+constexpr long double arctangent(long double x) {
+    if (x > 1) return kPi / 2 - arctangent(1 / x);
+    for (int halving = 0; halving < 2; ++halving) x /= 1 + squareRoot(1 + x * x);
+    long double sum = 0;
+    long double power = x;
+    for (int n = 1; n < 28; n += 2) {
+        sum += power / n;
+        power *= -x * x;
+    }
+    return 4 * sum;
+}
+
 constexpr long double cubeRoot(long double x) {
     if (x == 0) return 0;
     long double root = x > 1 ? x : 1;
@@ -103,6 +117,10 @@ constexpr long double logarithm2(long double x) {
         term *= ratio * ratio;
     }
     return exponent + sum / kLn2;
+}
+
+constexpr long double exponential(long double x) {
+    return powerOfTwo(x / kLn2);
 }
 
 constexpr long double power(long double base, long double exponent) {

@@ -1,0 +1,91 @@
+// The measure of unpredictability (ISO/IEC 11172-3, D.2.4.1, steps 3 and 4; C.1.5.3).
+#include "mp3enc/psycho.h"
+#include "mp3enc/psycho_arithmetic.h"
+
+namespace zetac::mp3enc {
+namespace {
+
+constexpr int kMagnitudeBits = 6;  // fractional bits of magnitudes
+constexpr int kPhaseBits = 30;
+
+uint64_t sumOfSquares(int64_t re, int64_t im) {
+    return static_cast<uint64_t>(re * re) + static_cast<uint64_t>(im * im);
+}
+
+struct Polar {
+    Zet32s magnitude;  // Q6
+    Zet32sc phase;     // unit vector, Q30; 0 where the magnitude is
+};
+
+// Lines are at most 2^24.
+Zet32s magnitudeOf(Zet32sc x) {
+    return static_cast<Zet32s>(squareRoot64(sumOfSquares(x.re, x.im) << (2 * kMagnitudeBits)));
+}
+
+Polar toPolar(Zet32sc x) {
+    const uint64_t energy = sumOfSquares(x.re, x.im);
+    if (energy == 0) return {0, {0, 0}};
+    const int halfShift = std::countl_zero(energy) / 2;
+    // 1 / |x| = inverse * 2^(halfShift - 32), inverse 1..2 in Q30.
+    const int64_t inverse =
+        core::inverseSquareRoot(static_cast<uint32_t>(energy << (2 * halfShift) >> 32));
+    const auto part = [&](Zet32s value) {
+        return static_cast<Zet32s>((value * inverse) >> (32 - halfShift));
+    };
+    return {magnitudeOf(x), {part(x.re), part(x.im)}};
+}
+
+Zet32sc productQ30(Zet32sc a, Zet32sc b, int sign) {
+    const int64_t re = int64_t{a.re} * b.re - sign * (int64_t{a.im} * b.im);
+    const int64_t im = int64_t{a.im} * b.re + sign * (int64_t{a.re} * b.im);
+    return {static_cast<Zet32s>(re >> kPhaseBits), static_cast<Zet32s>(im >> kPhaseBits)};
+}
+
+// A line with nothing in it and nothing before it is as unpredictable as any first sound.
+Zet32s unpredictabilityOf(Zet32sc x, Zet32s magnitude, const Polar& last, const Polar& lastButOne) {
+    const int64_t predicted = 2 * int64_t{last.magnitude} - lastButOne.magnitude;
+    const Zet32sc phase = productQ30(productQ30(last.phase, last.phase, 1), lastButOne.phase, -1);
+    const int64_t re = x.re * (int64_t{1} << kMagnitudeBits) - (predicted * phase.re >> kPhaseBits);
+    const int64_t im = x.im * (int64_t{1} << kMagnitudeBits) - (predicted * phase.im >> kPhaseBits);
+    const uint64_t sum = static_cast<uint64_t>(magnitude) +
+                         static_cast<uint64_t>(predicted < 0 ? -predicted : predicted);
+    if (sum == 0) return kMax32s;
+    return ratioQ31(squareRoot64(sumOfSquares(re, im)), sum);
+}
+
+}  // namespace
+
+void ownsCalUnpredictMeasureCw06_Psy_MP3(const Zet32sc* spectrum, ZetMP3PsyChannelState& state,
+                                         Zet32s* unpredictability) {
+    for (int j = 0; j < ZETAC_MP3_PSY_LONG_LINES; ++j) {
+        const Polar last = {state.longMagnitude[0][j], state.longPhase[0][j]};
+        const Polar lastButOne = {state.longMagnitude[1][j], state.longPhase[1][j]};
+        const Polar now = toPolar(spectrum[j]);
+        unpredictability[j] = unpredictabilityOf(spectrum[j], now.magnitude, last, lastButOne);
+        state.longMagnitude[1][j] = last.magnitude;
+        state.longPhase[1][j] = last.phase;
+        state.longMagnitude[0][j] = now.magnitude;
+        state.longPhase[0][j] = now.phase;
+    }
+}
+
+// The first two spectra pass through the memory, the third is predicted from it. Spectra of another
+// granule are not 128 samples away, so what the memory held before does not matter.
+void ownsCalUnpredictMeasureCwAbove06_Psy_MP3(const Zet32sc (*spectra)[kShortSpectrum],
+                                              ZetMP3PsyChannelState& state,
+                                              Zet32s* unpredictability) {
+    for (int i = 0; i < ZETAC_MP3_PSY_SHORT_LINES; ++i) {
+        const int line = kFirstShortLine + i;
+        const Polar lastButOne = toPolar(spectra[0][line]);
+        const Polar last = toPolar(spectra[1][line]);
+        const Zet32sc x = spectra[2][line];
+        const Zet32s c = unpredictabilityOf(x, magnitudeOf(x), last, lastButOne);
+        for (int j = 0; j < 4; ++j) unpredictability[4 * i + j] = c;
+        state.shortMagnitude[0][i] = last.magnitude;
+        state.shortPhase[0][i] = last.phase;
+        state.shortMagnitude[1][i] = lastButOne.magnitude;
+        state.shortPhase[1][i] = lastButOne.phase;
+    }
+}
+
+}  // namespace zetac::mp3enc

@@ -1,0 +1,39 @@
+// The tables of psychoacoustic model two, one set per sampling frequency.
+#pragma once
+
+#include <cstdint>
+
+namespace zetac::tables {
+
+inline constexpr int kPsySfbLong = 21;  // scale-factor bands with a ratio
+inline constexpr int kPsySfbShort = 12;
+
+struct PsyTables {
+    const std::int16_t* pPsyPartitionTableLong;  // first lines, and the end
+    const std::int16_t* pPsyPartitionTableShort;
+    int numLong;  // partitions
+    int numShort;
+    const std::uint32_t* pSprdngBoundLong;  // first (low half) and last partition of each range
+    const std::int32_t* pSprdngPackedLong;  // Q31, range by range
+    const std::uint32_t* pSprdngBoundShort;
+    const std::int32_t* pSprdngPackedShort;
+    const std::int32_t* pBMLDRatioLong;  // Q31
+    const std::int32_t* pBMLDRatioShort;
+    const std::uint64_t* pQuietThresholdLong;  // on the scale of the partition energies
+    const std::uint64_t* pQuietThresholdShort;
+    const std::uint8_t* pPartToSfbBuoLong;     // the partition that each band boundary falls in
+    const std::int32_t* pPartToSfbWeightLong;  // its share above the boundary, Q31
+    const std::uint8_t* pPartToSfbBuoShort;
+    const std::int32_t* pPartToSfbWeightShort;
+    const std::int32_t* pSMRShort;  // threshold over spread energy, Q31
+};
+
+extern const PsyTables kPsyTables44100;
+extern const PsyTables kPsyTables48000;
+extern const PsyTables kPsyTables32000;
+
+// By sampling_frequency.
+inline constexpr const PsyTables* _zet_pPsyTables_MP3[3] = {&kPsyTables44100, &kPsyTables48000,
+                                                            &kPsyTables32000};
+
+}  // namespace zetac::tables
