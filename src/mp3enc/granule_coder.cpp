@@ -179,7 +179,8 @@ void GranuleCoder::placeScaleFactors(GranuleCode& out) const {
     const int compress = chooseCompress(bitsOfScaleFactor(highest[0]),
                                         bitsOfScaleFactor(highest[1]), numSent[0], numSent[1]);
     out.info.scalefac_compress = compress;
-    out.part2Bits = numSent[0] * tables::kSlen1[compress] + numSent[1] * tables::kSlen2[compress];
+    out.part2Bits = numSent[0] * tables::ownMP3TableSlen[0][compress] +
+                    numSent[1] * tables::ownMP3TableSlen[1][compress];
 }
 
 void GranuleCoder::code(int level, const GranuleCode* granule0, GranuleCode& out) {

@@ -255,7 +255,8 @@ StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, cons
 int chooseCompress(int lowerBits, int upperBits, int numLower, int numUpper) {
     int best = 15, least = INT_MAX;
     for (int compress = 0; compress < 16; ++compress) {
-        const int slen1 = tables::kSlen1[compress], slen2 = tables::kSlen2[compress];
+        const int slen1 = tables::ownMP3TableSlen[0][compress],
+                  slen2 = tables::ownMP3TableSlen[1][compress];
         const int bits = numLower * slen1 + numUpper * slen2;
         if (slen1 >= lowerBits && slen2 >= upperBits && bits < least) {
             least = bits;

@@ -21,6 +21,7 @@ const Table& table() {
         addMp3UnpackRows(*rows);
         addMp3RequantRows(*rows);
         addMp3SynthesisRows(*rows);
+        addMp3PackRows(*rows);
         addMdctRows(*rows);
         addVlcVqRows(*rows);
         return rows;

@@ -278,6 +278,7 @@ void addAacPredictionRows(Table& table);
 void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
 void addMp3SynthesisRows(Table& table);
+void addMp3PackRows(Table& table);
 void addMdctRows(Table& table);
 void addVlcVqRows(Table& table);
 
