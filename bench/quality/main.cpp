@@ -19,9 +19,7 @@ struct Figures {
 
 std::vector<std::unique_ptr<Encoder>> lineUp() {
     std::vector<std::unique_ptr<Encoder>> encoders;
-#ifdef QUALITY_ZETAC
     encoders.push_back(makeZetac());
-#endif
 #ifdef QUALITY_LIBMP3LAME
     encoders.push_back(makeLibmp3lame());
 #endif

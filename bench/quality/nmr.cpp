@@ -13,7 +13,7 @@ constexpr std::size_t kLines = kLength / 2;
 constexpr double kFullScaleDb = 92;
 constexpr double kBarkPerBand = 1.0 / 3;
 constexpr double kHighestHz = 18000;
-constexpr double kLeastDb = -30;
+constexpr double kLeastDb = -60;
 
 using Powers = std::vector<double>;
 

@@ -14,7 +14,7 @@
 // - It is not below the threshold in quiet (Terhardt).
 // - The NMR of a frame and channel is the mean over bands of noise over threshold, in decibels; the
 //   segmental NMR is the mean over frames. Frames without a band above the threshold in quiet do
-//   not count, and a frame counts as -30 dB at least.
+//   not count, and a frame counts as -60 dB at least.
 #pragma once
 
 #include <cstddef>

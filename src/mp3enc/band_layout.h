@@ -4,11 +4,10 @@
 
 #include <zetac.h>
 
+#include "mp3enc/syntax.h"
+
 namespace zetac::mp3enc {
 
-inline constexpr int kLongBands = 22;
-inline constexpr int kShortBands = 13;
-inline constexpr int kWindows = 3;
 inline constexpr int kMaxBands = kShortBands * kWindows;
 inline constexpr int kNoScaleFactor = -1;
 

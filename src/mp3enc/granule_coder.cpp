@@ -91,8 +91,8 @@ void GranuleCoder::findStep(const Band& band, BandState& state, Zet32f target) {
     state.step = startingStep(state, target);
     state.isMeasured = true;
     state.noise = noiseOf(spectrum_, band, state.step);
-    state.noiseAbove = state.levels.energy;
     if (state.noise.energy <= target) {
+        state.noiseAbove = state.levels.energy;
         while (state.step < state.coarsest) {
             const Noise above = noiseOf(spectrum_, band, state.step + 1);
             state.noiseAbove = above.energy;
@@ -101,6 +101,7 @@ void GranuleCoder::findStep(const Band& band, BandState& state, Zet32f target) {
             ++state.step;
         }
     } else {
+        state.noiseAbove = state.noise.energy;
         while (state.noise.energy > target && state.step > state.finest) {
             state.noiseAbove = state.noise.energy;
             state.noise = noiseOf(spectrum_, band, --state.step);

@@ -11,8 +11,6 @@
 namespace zetac::mp3enc {
 namespace {
 
-constexpr int kSingleChannel = 3;  // mode
-constexpr int kJointStereo = 1;
 constexpr int kVariableRate = 15;      // bitrate_index
 constexpr int kMaxHeldBits = 8 * 511;  // 9 bits of main_data_begin, in bytes
 constexpr int kMostBits = 1 << 20;     // more than any frame can use

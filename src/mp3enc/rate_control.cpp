@@ -1,6 +1,7 @@
 #include "mp3enc/rate_control.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace zetac::mp3enc {
 namespace {
@@ -34,11 +35,18 @@ int budgetFor(int need, const FrameBudget& frame) {
     return std::clamp(wanted, std::clamp(most - frame.capacity, 0, most), most);
 }
 
+// Where a line through both trials meets the middle of what counts as met.
+int between(const Trial& tooFine, const Trial& fits, int budget) {
+    const int target = budget - (budget >> (kToleranceShift + 1));
+    return tooFine.level +
+           (fits.level - tooFine.level) * (tooFine.bits - target) / (tooFine.bits - fits.bits + 1);
+}
+
 }  // namespace
 
-// One trial at a level; returns its bits. A granule that needs more than 4095 gets coarser.
-int FrameCoder::codeAll(int level) {
-    int bits = 0;
+// One trial at a level. A granule that needs more than 4095 gets coarser.
+Trial FrameCoder::codeAll(int level) {
+    Trial sum = {level, 0, 0};
     GranuleCode* const trial = codes_[1 - best_];
     for (int record = 0; record < numRecords(); ++record) {
         const int first = record - numChannels_;  // granule 0 of the channel
@@ -49,47 +57,45 @@ int FrameCoder::codeAll(int level) {
                                    mayShare ? &trial[first] : nullptr, trial[record]);
             const int excess = trial[record].info.part2_3_length - kMaxPart23Bits;
             if (excess <= 0) break;
-            const int octaves16 = 2 * kLevelsPerOctave * excess / (trial[record].nonZero + 1);
-            floor_[record] = std::max(level, floor_[record]) + 1 + octaves16 / 2;
+            const int levels = kLevelsPerOctave * excess / (trial[record].nonZero + 1);
+            floor_[record] =
+                std::max(level, floor_[record]) + 1 + std::min(levels, kLevelsPerOctave);
         }
-        bits += trial[record].info.part2_3_length;
+        sum.bits += trial[record].info.part2_3_length;
+        sum.nonZero += trial[record].nonZero;
     }
-    return bits;
+    return sum;
 }
 
-// Half a bit per doubling of the noise for each line that is not 0, by and large.
-int FrameCoder::nextLevel(int level, int bits, int budget) const {
-    int nonZero = 16;
-    for (int record = 0; record < numRecords(); ++record)
-        nonZero += codes_[1 - best_][record].nonZero;
-    const int levels = 2 * kLevelsPerOctave * (bits - budget) / nonZero;
-    return level + levels + (bits > budget ? 1 : 0);
+// Half a bit per doubling of the noise for each line that is not 0, by and large; towards finer
+// levels more and more lines are not.
+int FrameCoder::nextLevel(const Trial& last, int budget) const {
+    const int excess = last.bits - budget;
+    const int lines = excess > 0 ? last.nonZero : (last.nonZero + numLines()) / 2;
+    return last.level + 2 * kLevelsPerOctave * excess / (lines + 16) + (excess > 0 ? 1 : 0);
 }
 
-// Finds the level whose bits come closest to the budget from below; `bits` is what the trial at
-// `level` has taken.
-int FrameCoder::fit(int level, int bits, int budget) {
-    int tooFine = kFinestLevel - 1, fits = kCoarsestLevel + 1, kept = -1;
+// Finds the level whose bits come closest to the budget from below, from a first trial on.
+int FrameCoder::fit(Trial last, int budget) {
+    Trial tooFine = {kFinestLevel - 1, INT_MAX, 0};
+    Trial fits = {kCoarsestLevel + 1, -1, 0};
     for (int trial = 0; trial < kMostTrials; ++trial) {
-        const int next = nextLevel(level, bits, budget);
-        if (bits <= budget) {
+        if (last.bits <= budget) {
             keep();
-            kept = bits;
-            fits = level;
-            if (budget - bits <= budget >> kToleranceShift) break;
+            fits = last;
+            if (budget - last.bits <= budget >> kToleranceShift) break;
         } else {
-            tooFine = level;
+            tooFine = last;
         }
-        if (fits - tooFine <= 1) break;
-        const bool isBracketed = trial > 4 && tooFine >= kFinestLevel && fits <= kCoarsestLevel;
-        level = isBracketed ? (tooFine + fits) / 2 : std::clamp(next, tooFine + 1, fits - 1);
-        bits = codeAll(level);
+        if (fits.level - tooFine.level <= 1) break;
+        int level = nextLevel(last, budget);
+        if (tooFine.level >= kFinestLevel && fits.level <= kCoarsestLevel)
+            level =
+                trial % 3 == 2 ? (tooFine.level + fits.level) / 2 : between(tooFine, fits, budget);
+        last = codeAll(std::clamp(level, tooFine.level + 1, fits.level - 1));
     }
-    if (kept < 0) {
-        codeSilence();
-        kept = 0;
-    }
-    return kept;
+    if (fits.bits < 0) codeSilence();
+    return std::max(fits.bits, 0);
 }
 
 void FrameCoder::codeSilence() {
@@ -110,16 +116,17 @@ int FrameCoder::stuff(int bits) {
 int FrameCoder::code(const FrameBudget& frame) {
     for (int& floor : floor_) floor = kFinestLevel;
     const int available = frame.meanBits + frame.held;
-    const int need = codeAll(0);
+    const Trial first = codeAll(0);
+    const int need = first.bits;
     if (frame.isVariable) {
         const int most = roundDown8(available);
         const bool fitsAtOnce = need <= most;
         if (fitsAtOnce) keep();
-        const int bits = fitsAtOnce ? need : fit(0, need, most);
+        const int bits = fitsAtOnce ? need : fit(first, most);
         stuff(-bits & 7);
         return frame.held;
     }
-    const int bits = fit(0, need, budgetFor(need, frame));
+    const int bits = fit(first, budgetFor(need, frame));
     const int left = std::min(roundDown8(available - bits), roundDown8(frame.capacity));
     stuff(available - bits - left);
     return left;

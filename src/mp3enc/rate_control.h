@@ -19,6 +19,13 @@ struct FrameBudget {
     bool isVariable;  // the caller chooses the bit rate afterwards
 };
 
+// What a frame takes at a noise level.
+struct Trial {
+    int level;
+    int bits;
+    int nonZero;  // lines
+};
+
 // A frame in the making; lives in the caller's work buffer.
 class FrameCoder {
   public:
@@ -36,10 +43,11 @@ class FrameCoder {
     int stuffing(int record) const { return stuffing_[record]; }
 
   private:
-    int codeAll(int level);
+    int numLines() const { return numRecords() * ZETAC_MP3_GRANULE_LEN; }
+    Trial codeAll(int level);
     void keep() { best_ = 1 - best_; }
-    int fit(int level, int bits, int budget);
-    int nextLevel(int level, int bits, int budget) const;
+    int fit(Trial last, int budget);
+    int nextLevel(const Trial& last, int budget) const;
     void codeSilence();
     int stuff(int bits);
 
