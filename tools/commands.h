@@ -47,12 +47,12 @@ struct DecodeOptions : ConversionOptions {
 /** Decodes the files to WAV. */
 Outcome runDecode(const DecodeOptions& options);
 
-enum class ChannelMode { kAuto, kStereo, kJoint, kMono };
+enum class ChannelMode { kJoint, kStereo, kMono };
 
 struct EncodeOptions : ConversionOptions {
-    int bitRate = 0;   // kbit/s; 0: the default, or variable
+    int bitRate = 0;   // kbit/s; 0: the default
     int quality = -1;  // 0..9, variable bit rate; -1: constant
-    ChannelMode mode = ChannelMode::kAuto;
+    ChannelMode mode = ChannelMode::kJoint;
     bool hasCrc = false;
 };
 

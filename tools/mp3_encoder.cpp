@@ -32,6 +32,10 @@ Mp3Format formatFor(int sampleRate) {
     return format;
 }
 
+int modeOf(const Mp3EncoderSettings& settings) {
+    return settings.channels == 1 ? kModeMono : settings.isJoint ? kModeJoint : kModeStereo;
+}
+
 /** What the masking thresholds are multiplied by. */
 double thresholdScale(int quality) {
     constexpr double kDecibelsAtBest = -6.0;
@@ -52,7 +56,7 @@ Mp3Encoder::Mp3Encoder(const Mp3EncoderSettings& settings)
     : settings_(settings),
       format_(formatFor(settings.sampleRate)),
       window_(kHistory * static_cast<size_t>(settings.channels)),
-      info_(format_, settings.channels == 1, settings.quality,
+      info_(format_, modeOf(settings), settings.quality,
             settings.quality >= 0 ? 0 : bitRateIndex(format_, settings.bitRate)) {
     const bool isVariable = settings.quality >= 0;
     header_.ID = 1;
@@ -60,7 +64,7 @@ Mp3Encoder::Mp3Encoder(const Mp3EncoderSettings& settings)
     header_.protection_bit = !settings.hasCrc;
     header_.bitrate_index = isVariable ? kVariable : bitRateIndex(format_, settings.bitRate);
     header_.sampling_frequency = format_.samplingFrequency;
-    header_.mode = settings.channels == 1 ? kModeMono : settings.isJoint ? kModeJoint : kModeStereo;
+    header_.mode = modeOf(settings);
     header_.original_copy = 1;
     if (!isVariable) zetsBitReservoirInit_MP3(&reservoir_, &header_);
 }

@@ -50,17 +50,17 @@ class Cursor {
 }  // namespace
 
 /** The frame has a bit rate at which the tag fits into it, and the own one where that does. */
-Mp3InfoWriter::Mp3InfoWriter(const Mp3Format& format, bool isMono, int quality, int bitRateIndex)
+Mp3InfoWriter::Mp3InfoWriter(const Mp3Format& format, int mode, int quality, int bitRateIndex)
     : format_(format),
-      isMono_(isMono),
       quality_(quality),
-      constantKilobits_(mp3BitRate(format, bitRateIndex) / 1000) {
-    const size_t needed = kHeaderBytes + mp3SideInfoBytes(true, isMono) + kTagBytes;
+      constantKilobits_(mp3BitRate(format, bitRateIndex) / 1000),
+      tagOffset_(kHeaderBytes + mp3SideInfoBytes(true, mode == 3)) {
     header_.ID = header_.layer = header_.protection_bit = header_.original_copy = 1;
     header_.sampling_frequency = format.samplingFrequency;
-    header_.mode = isMono ? 3 : 1;
+    header_.mode = mode;
     header_.bitrate_index = std::max(bitRateIndex, 1);
-    while (mp3FrameBytes(format, mp3BitRate(format, header_.bitrate_index)) < needed)
+    while (mp3FrameBytes(format, mp3BitRate(format, header_.bitrate_index)) <
+           tagOffset_ + kTagBytes)
         ++header_.bitrate_index;
 }
 
@@ -91,7 +91,7 @@ void Mp3InfoWriter::putTag(std::span<Zet8u> frame, size_t samples, size_t decode
     const size_t streamBytes = frame.size() + bytes_;
     const size_t delay = 481 + ZETAC_MP3_GRANULE_LEN - kDecoderDelay;
     const size_t padding = decoded > samples + delay ? decoded - samples - delay : 0;
-    Cursor tag(&frame[kHeaderBytes + mp3SideInfoBytes(true, isMono_)]);
+    Cursor tag(&frame[tagOffset_]);
     tag.text(isVariable ? "Xing" : "Info", 4);
     tag.put(kHasAll, 4);
     tag.put(starts_.size(), 4);

@@ -17,9 +17,10 @@ namespace zetac::codec {
 
 class Mp3InfoWriter {
   public:
-    /** @param quality       0..9 of a variable bit rate, -1 of a constant one
+    /** @param mode          of the stream's frames
+     *  @param quality       0..9 of a variable bit rate, -1 of a constant one
      *  @param bitRateIndex  of a constant bit rate */
-    Mp3InfoWriter(const Mp3Format& format, bool isMono, int quality, int bitRateIndex);
+    Mp3InfoWriter(const Mp3Format& format, int mode, int quality, int bitRateIndex);
 
     /** Notes a frame of the stream, without its bytes. */
     void addFrame(size_t bytes) {
@@ -40,9 +41,9 @@ class Mp3InfoWriter {
 
     Mp3Format format_;
     ZetMP3Header header_{};
-    bool isMono_;
     int quality_;
     int constantKilobits_;
+    size_t tagOffset_;
     std::vector<size_t> starts_;  // of the frames, from the end of the tag on
     size_t bytes_ = 0;
     uint16_t musicCrc_ = 0;

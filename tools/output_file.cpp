@@ -58,6 +58,20 @@ OutputFile::~OutputFile() {
     if (!temporary_.empty()) unlink(temporary_.c_str());
 }
 
+void OutputFile::write(std::span<const Zet8u> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) failBecause("cannot be written");
+        bytes = bytes.subspan(static_cast<size_t>(count));
+    }
+}
+
+void OutputFile::rewriteStart(std::span<const Zet8u> bytes) {
+    if (lseek(descriptor_, 0, SEEK_SET) != 0) failBecause("cannot be written");
+    write(bytes);
+}
+
 void OutputFile::commit() {
     if (path_ == "-") {
         sendToStandardOutput();

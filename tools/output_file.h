@@ -4,6 +4,9 @@
 // Copyright (c) 2026, The Zetac authors
 #pragma once
 
+#include <zetac.h>
+
+#include <span>
 #include <string>
 
 namespace zetac::tool {
@@ -22,6 +25,9 @@ class OutputFile {
 
     /** To write to; open for reading as well. */
     int descriptor() const { return descriptor_; }
+    void write(std::span<const Zet8u> bytes);
+    /** Writes over the first bytes. */
+    void rewriteStart(std::span<const Zet8u> bytes);
     void commit();
 
   private:
