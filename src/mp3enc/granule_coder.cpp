@@ -13,8 +13,9 @@ namespace {
 // Keeps quotients and logarithms of thresholds and noise within singles.
 constexpr Zet32f kLeastEnergy = 0x1p-40f;
 
-// How far masking falls off from the last band that has a ratio to the one above it: by trial.
-constexpr Zet32f kMaskingAbove = 0.25f;
+// The uppermost band has no ratio: it takes the one of the band below, but no more than this, since
+// that band may be empty.
+constexpr Zet32f kTopRatio = 1.0f / 16;
 
 constexpr int kNoPosition = 7;  // of intensity stereo
 
@@ -62,12 +63,11 @@ void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy) {
         const Zet32s ratio = std::max(psy.ratio[static_cast<int>(band.ratio)], 0);
         state.threshold = state.levels.energy * (static_cast<Zet32f>(ratio) * 0x1p-31f);
         if (band.scaleFactor == kNoScaleFactor) {
-            // Without a ratio of its own: that of the band below, but at least what is masked from
-            // there.
+            // What the band below masks, or the threshold in quiet there, holds above as well.
             const int below = b - (layout_->hasShort ? kWindows : 1);
             const Zet32f lines = static_cast<Zet32f>(band.width) / layout_->bands[below].width;
-            state.threshold =
-                std::max(state.threshold, kMaskingAbove * lines * states_[below].threshold);
+            state.threshold = std::max(std::min(state.threshold, kTopRatio * state.levels.energy),
+                                       lines * states_[below].threshold);
         }
         if (state.levels.peak > 0) {
             state.finest = finestStep(state.levels.peak);

@@ -16,6 +16,7 @@ constexpr int kGroupBands[kScfsiGroups] = {6, 5, 5, 5};
 // Costs are in 1/16 bits. A quarter step makes a line that is not 0 cost 3/16 bit more.
 constexpr int kBit = 16;
 constexpr int kNonZeroCost = 3;
+constexpr int kOverflow = 1 << 20;  // of magnitudes
 constexpr int kMostGains = 24;
 constexpr int kNoisePenalty = 8;  // a quarter step too coarse counts as that many too fine
 
@@ -41,6 +42,7 @@ class Candidate {
     int highestGain() {
         int highest = INT_MIN;
         for (int c = 0; c < kClasses; ++c) {
+            lowest_[c] = lowestBase(c);
             base_[c] = highestBase(c);
             if (base_[c] != INT_MAX) highest = std::max(highest, base_[c]);
         }
@@ -54,7 +56,8 @@ class Candidate {
         if (layout_.hasShort) return kSubblockSteps;
         const BandDemand& top = topOf(kLongClass);
         const int below = top.isCoded ? base_[kLongClass] - top.step : 0;
-        return std::clamp(below, 1 << shift_, kMostGains);
+        const int allowed = base_[kLongClass] - lowest_[kLongClass] + 1;
+        return std::min(std::clamp(below, 1 << shift_, kMostGains), allowed);
     }
 
     // Returns the cost of what the candidate adds to the demands, scale factors included.
@@ -69,6 +72,10 @@ class Candidate {
             choice.subblock_gain[w] =
                 std::min((excess + kSubblockSteps - 1) / kSubblockSteps, kMaxSubblockGain);
             base[w] = gain - kSubblockSteps * choice.subblock_gain[w];
+            if (base[w] < lowest_[w] && choice.subblock_gain[w] > 0) {
+                --choice.subblock_gain[w];
+                base[w] += kSubblockSteps;
+            }
         }
         for (int b = 0; b < layout_.count; ++b) assign(b, base[layout_.bands[b].stepClass], choice);
         return layout_.hasShort ? costOfShort(choice) : costOfLong(choice);
@@ -77,24 +84,34 @@ class Candidate {
   private:
     int pretabOf(const Band& band) const { return preflag_ ? band.pretab : 0; }
 
-    // Between the base that some band needs for its magnitudes and the one that brings all scale
-    // factors of the class in reach; INT_MAX where the class codes nothing.
+    // What the magnitudes of a class allow; INT_MIN where it codes nothing.
+    int lowestBase(int stepClass) const {
+        int lowest = INT_MIN;
+        for (int b = 0; b < layout_.count; ++b) {
+            const Band& band = layout_.bands[b];
+            if (band.stepClass == stepClass && demands_[b].isCoded)
+                lowest = std::max(lowest, demands_[b].finest + (pretabOf(band) << shift_));
+        }
+        return lowest;
+    }
+
+    // The highest base that is of use to some band and brings all scale factors of the class in
+    // reach; INT_MAX where the class codes nothing.
     int highestBase(int stepClass) const {
-        int highest = INT_MIN, inReach = INT_MAX, lowest = INT_MIN;
+        if (lowest_[stepClass] == INT_MIN) return INT_MAX;
+        int highest = INT_MIN, inReach = INT_MAX;
         for (int b = 0; b < layout_.count; ++b) {
             const Band& band = layout_.bands[b];
             const BandDemand& demand = demands_[b];
             if (band.stepClass != stepClass || !demand.isCoded) continue;
-            const int fixed = pretabOf(band);
-            lowest = std::max(lowest, demand.finest + (fixed << shift_));
             if (band.scaleFactor == kNoScaleFactor) continue;
+            const int fixed = pretabOf(band);
             const int most = kMaxScaleFactor[band.upper];
             highest = std::max(highest, demand.step + (fixed << shift_));
             inReach = std::min(inReach, demand.step + ((most + fixed) << shift_));
         }
-        if (lowest == INT_MIN) return INT_MAX;
         return highest == INT_MIN ? topStep(stepClass)
-                                  : std::max(std::min(highest, inReach), lowest);
+                                  : std::max(std::min(highest, inReach), lowest_[stepClass]);
     }
 
     // The uppermost band has no scale factor: only the gain can serve it, at the cost of all
@@ -132,6 +149,7 @@ class Candidate {
         const int weight = kNonZeroCost * demand.nonZero + zeros / 2;
         const int tooFine = demand.step - step;
         const bool hasFactor = layout_.bands[b].scaleFactor != kNoScaleFactor;
+        if (step < demand.finest) return kOverflow;
         return weight * (tooFine >= 0 ? tooFine : -(hasFactor ? kNoisePenalty : 1) * tooFine);
     }
 
@@ -213,7 +231,8 @@ class Candidate {
     const Zet8s* granule0_;
     int shift_;  // a scale factor counts 2^shift quarter steps
     bool preflag_;
-    int base_[kClasses];
+    int base_[kClasses];  // highest
+    int lowest_[kClasses];
 };
 
 // Puts granule 0's scale factors where they are reused.
