@@ -1,6 +1,7 @@
 #include "mp3enc/granule_coder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "mp3enc/bit_count.h"
@@ -19,6 +20,16 @@ constexpr Zet32f kTopRatio = 1.0f / 16;
 
 constexpr int kNoPosition = 7;  // of intensity stereo
 
+// What rounding to 16 bits makes of a line, 2048^2 / 12 / 288 by the gain of filter bank and
+// transform, of a short block three times as much; and how much of that noise is worth no bit.
+constexpr Zet32f kRoundingNoise = 1213.6f;
+constexpr Zet32f kNoiseFloor = 1.5f * kRoundingNoise;
+
+// A wide band costs more bits for the same noise over threshold than a narrow one: it may have
+// more, by the square root of its width, between the equal shares that the ear asks for and those
+// in proportion that would make the sum over bands the least. Bands of 16 lines have their share.
+constexpr Zet32f kEvenWidth = 16;
+
 // Noise of a fine quantiser grows by 3/8 of a doubling in a step.
 constexpr Zet32f kStepsPerOctave = 8.0f / 3;
 
@@ -30,7 +41,7 @@ constexpr Zet32f kFineNoise = 4.0f / 27;
 
 void GranuleCoder::prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& info,
                            const ZetMP3PsyOutput& psy, int sampling_frequency, int bandwidth,
-                           const IntensityBounds& intensity) {
+                           const IntensityBounds& intensity, bool isExact) {
     layout_ = &bandLayout(sampling_frequency, info);
     longStarts_ = longBandStarts(sampling_frequency);
     info_ = ZetMP3GranuleSideInfo{};
@@ -40,7 +51,7 @@ void GranuleCoder::prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& inf
     intensity_ = intensity;
     takeLines(lines, spectrum_);
     limitBandwidth(bandwidth);
-    prepareBands(psy);
+    prepareBands(psy, isExact);
 }
 
 void GranuleCoder::limitBandwidth(int bandwidth) {
@@ -54,26 +65,34 @@ void GranuleCoder::limitBandwidth(int bandwidth) {
     }
 }
 
-void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy) {
+void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy, bool isExact) {
     for (int b = 0; b < layout_->count; ++b) {
         const Band& band = layout_->bands[b];
         BandState& state = states_[b];
         state.levels = levelsOf(spectrum_, band);
         state.isMeasured = false;
-        const Zet32s ratio = std::max(psy.ratio[static_cast<int>(band.ratio)], 0);
-        state.threshold = state.levels.energy * (static_cast<Zet32f>(ratio) * 0x1p-31f);
-        if (band.scaleFactor == kNoScaleFactor) {
-            // What the band below masks, or the threshold in quiet there, holds above as well.
-            const int below = b - (layout_->hasShort ? kWindows : 1);
-            const Zet32f lines = static_cast<Zet32f>(band.width) / layout_->bands[below].width;
-            state.threshold = std::max(std::min(state.threshold, kTopRatio * state.levels.energy),
-                                       lines * states_[below].threshold);
-        }
+        state.threshold = thresholdOf(b, psy);
+        const Zet32f windows = band.stepClass == kLongClass ? 1 : kWindows;
+        const Zet32f width = windows * static_cast<Zet32f>(band.width);
+        state.share = isExact ? 1 : std::sqrt(width / kEvenWidth);
+        state.floor = kNoiseFloor * width;
         if (state.levels.peak > 0) {
             state.finest = finestStep(state.levels.peak);
             state.coarsest = coarsestStep(state.levels.peak);
         }
     }
+}
+
+Zet32f GranuleCoder::thresholdOf(int b, const ZetMP3PsyOutput& psy) const {
+    const Band& band = layout_->bands[b];
+    const Zet32f energy = states_[b].levels.energy;
+    const Zet32s ratio = std::max(psy.ratio[static_cast<int>(band.ratio)], 0);
+    const Zet32f threshold = energy * (static_cast<Zet32f>(ratio) * 0x1p-31f);
+    if (band.scaleFactor != kNoScaleFactor) return threshold;
+    // What the band below masks, or the threshold in quiet there, holds above as well.
+    const int below = b - (layout_->hasShort ? kWindows : 1);
+    const Zet32f lines = static_cast<Zet32f>(band.width) / layout_->bands[below].width;
+    return std::max(std::min(threshold, kTopRatio * energy), lines * states_[below].threshold);
 }
 
 // Extrapolates from the last noise measured, and the first time from that of a fine quantiser.
@@ -115,7 +134,7 @@ void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode&
     out.nonZero = 0;
     for (int b = 0; b < layout_->count; ++b) {
         BandState& state = states_[b];
-        const Zet32f target = std::max(state.threshold * factor, kLeastEnergy);
+        const Zet32f target = std::max(state.threshold * state.share * factor, state.floor);
         demands[b] = BandDemand{};
         demands[b].isCoded = state.levels.energy > target;
         if (!demands[b].isCoded) continue;

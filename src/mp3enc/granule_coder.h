@@ -36,9 +36,11 @@ struct IntensityBounds {
 
 class GranuleCoder {
   public:
-    // bandwidth: lines from here on are left out; a multiple of 6.
+    // bandwidth: lines from here on are left out; a multiple of 6. isExact: at level 0 the noise of
+    // every band is within its threshold, whatever its width.
     void prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& info, const ZetMP3PsyOutput& psy,
-                 int sampling_frequency, int bandwidth, const IntensityBounds& intensity);
+                 int sampling_frequency, int bandwidth, const IntensityBounds& intensity,
+                 bool isExact);
 
     // granule0: the code of granule 0 where scfsi may refer to it, or null.
     void code(int level, const GranuleCode* granule0, GranuleCode& out);
@@ -52,6 +54,8 @@ class GranuleCoder {
     struct BandState {
         BandLevels levels;
         Zet32f threshold;
+        Zet32f share;  // of noise, beside other bands
+        Zet32f floor;  // noise below this is of no use
         int finest, coarsest;
         // The last step found, its noise, and the noise of the next coarser one.
         bool isMeasured;
@@ -61,7 +65,8 @@ class GranuleCoder {
     };
 
     void limitBandwidth(int bandwidth);
-    void prepareBands(const ZetMP3PsyOutput& psy);
+    void prepareBands(const ZetMP3PsyOutput& psy, bool isExact);
+    Zet32f thresholdOf(int b, const ZetMP3PsyOutput& psy) const;
     void findStep(const Band& band, BandState& state, Zet32f target);
     int startingStep(const BandState& state, Zet32f target) const;
     void quantize(int level, const GranuleCode* granule0, GranuleCode& out);
