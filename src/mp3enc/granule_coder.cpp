@@ -18,6 +18,8 @@ constexpr Zet32f kLeastEnergy = 0x1p-40f;
 // that band may be empty.
 constexpr Zet32f kTopRatio = 1.0f / 16;
 
+constexpr int kMostRefinements = 8;
+
 constexpr int kNoPosition = 7;  // of intensity stereo
 
 // What rounding to 16 bits makes of a line, 2048^2 / 12 / 288 by the gain of filter bank and
@@ -49,9 +51,10 @@ void GranuleCoder::prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& inf
     info_.mixed_block_flag = info.mixed_block_flag;
     info_.window_switching_flag = info.block_type != 0;
     intensity_ = intensity;
+    isExact_ = isExact;
     takeLines(lines, spectrum_);
     limitBandwidth(bandwidth);
-    prepareBands(psy, isExact);
+    prepareBands(psy);
 }
 
 void GranuleCoder::limitBandwidth(int bandwidth) {
@@ -65,7 +68,7 @@ void GranuleCoder::limitBandwidth(int bandwidth) {
     }
 }
 
-void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy, bool isExact) {
+void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy) {
     for (int b = 0; b < layout_->count; ++b) {
         const Band& band = layout_->bands[b];
         BandState& state = states_[b];
@@ -74,7 +77,7 @@ void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy, bool isExact) {
         state.threshold = thresholdOf(b, psy);
         const Zet32f windows = band.stepClass == kLongClass ? 1 : kWindows;
         const Zet32f width = windows * static_cast<Zet32f>(band.width);
-        state.share = isExact ? 1 : std::sqrt(width / kEvenWidth);
+        state.share = isExact_ ? 1 : std::sqrt(width / kEvenWidth);
         state.floor = kNoiseFloor * width;
         if (state.levels.peak > 0) {
             state.finest = finestStep(state.levels.peak);
@@ -96,18 +99,19 @@ Zet32f GranuleCoder::thresholdOf(int b, const ZetMP3PsyOutput& psy) const {
 }
 
 // Extrapolates from the last noise measured, and the first time from that of a fine quantiser.
-int GranuleCoder::startingStep(const BandState& state, Zet32f target) const {
+int GranuleCoder::startingStep(const BandState& state) {
     const Zet32f known = state.isMeasured ? std::max(state.noise.energy, kLeastEnergy)
                                           : kFineNoise * state.levels.rootSum;
     const int from = state.isMeasured ? state.step : 0;
-    const int steps = static_cast<int>(kStepsPerOctave * roughLog2(target / known));
+    const int steps = static_cast<int>(kStepsPerOctave * roughLog2(state.target / known));
     return std::clamp(from + steps, state.finest, state.coarsest);
 }
 
 // The coarsest step with noise up to the target, as seen from the starting point.
-void GranuleCoder::findStep(const Band& band, BandState& state, Zet32f target) {
+void GranuleCoder::findStep(const Band& band, BandState& state) {
+    const Zet32f target = state.target;
     if (state.isMeasured && state.noise.energy <= target && target < state.noiseAbove) return;
-    state.step = startingStep(state, target);
+    state.step = startingStep(state);
     state.isMeasured = true;
     state.noise = noiseOf(spectrum_, band, state.step);
     if (state.noise.energy <= target) {
@@ -128,28 +132,56 @@ void GranuleCoder::findStep(const Band& band, BandState& state, Zet32f target) {
     }
 }
 
-void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode& out) {
+// What the bands need at a noise level; returns how many lines are then not 0.
+int GranuleCoder::demandAt(int level, BandDemand* demands) {
     const Zet32f factor = sixteenthPower(level);
-    BandDemand demands[kMaxBands];
-    out.nonZero = 0;
+    int nonZero = 0;
     for (int b = 0; b < layout_->count; ++b) {
         BandState& state = states_[b];
-        const Zet32f target = std::max(state.threshold * state.share * factor, state.floor);
+        state.target = std::max(state.threshold * state.share * factor, state.floor);
         demands[b] = BandDemand{};
-        demands[b].isCoded = state.levels.energy > target;
+        demands[b].isCoded = state.levels.energy > state.target;
         if (!demands[b].isCoded) continue;
-        findStep(layout_->bands[b], state, target);
+        findStep(layout_->bands[b], state);
         demands[b].step = state.step;
         demands[b].finest = state.finest;
         demands[b].nonZero = state.noise.nonZero;
-        out.nonZero += state.noise.nonZero;
+        nonZero += state.noise.nonZero;
     }
-    const StepChoice choice =
-        chooseSteps(*layout_, demands, granule0 != nullptr ? granule0->scaleFactors : nullptr);
+    return nonZero;
+}
+
+// A finer step than demanded makes less noise as a rule, but in bands of a few lines sometimes
+// more. Demands steps that are finer still where that exceeds the target; returns whether it did.
+bool GranuleCoder::tightenDemands(const StepChoice& choice, BandDemand* demands) const {
+    bool hasChanged = false;
+    for (int b = 0; b < layout_->count; ++b) {
+        const Band& band = layout_->bands[b];
+        if (!demands[b].isCoded || band.scaleFactor == kNoScaleFactor) continue;
+        if (choice.steps[b] >= demands[b].step) continue;
+        int step = choice.steps[b];
+        while (step > demands[b].finest &&
+               noiseOf(spectrum_, band, step).energy > states_[b].target)
+            --step;
+        if (step == choice.steps[b]) continue;
+        demands[b].step = step;
+        hasChanged = true;
+    }
+    return hasChanged;
+}
+
+void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode& out) {
+    BandDemand demands[kMaxBands];
+    out.nonZero = demandAt(level, demands);
+    const Zet8s* factors0 = granule0 != nullptr ? granule0->scaleFactors : nullptr;
+    StepChoice choice = chooseSteps(*layout_, demands, factors0);
+    for (int i = 0; isExact_ && i < kMostRefinements && tightenDemands(choice, demands); ++i)
+        choice = chooseSteps(*layout_, demands, factors0);
     out.info.global_gain = choice.gain - kGainOffset;
     out.info.scalefac_scale = choice.scalefac_scale;
     out.info.preflag = choice.preflag;
     std::copy_n(choice.subblock_gain, kWindows, out.info.subblock_gain);
+    std::copy_n(choice.reuses, kScfsiGroups, out.scfsi);
     for (int b = 0; b < layout_->count; ++b) {
         const Band& band = layout_->bands[b];
         if (band.scaleFactor != kNoScaleFactor)
@@ -160,7 +192,6 @@ void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode&
             std::fill_n(out.magnitudes + band.start, band.width, Zet16s{0});
         }
     }
-    for (int group = 0; group < kScfsiGroups; ++group) out.scfsi[group] = choice.reuses[group];
 }
 
 // In the right channel of intensity stereo the scale factors of intensity bands are positions. A

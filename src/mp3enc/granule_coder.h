@@ -6,6 +6,7 @@
 
 #include "mp3enc/band_layout.h"
 #include "mp3enc/line_quantizer.h"
+#include "mp3enc/scale_factor_choice.h"
 
 namespace zetac::mp3enc {
 
@@ -57,6 +58,7 @@ class GranuleCoder {
         Zet32f share;  // of noise, beside other bands
         Zet32f floor;  // noise below this is of no use
         int finest, coarsest;
+        Zet32f target;  // noise at the level in question
         // The last step found, its noise, and the noise of the next coarser one.
         bool isMeasured;
         int step;
@@ -65,10 +67,12 @@ class GranuleCoder {
     };
 
     void limitBandwidth(int bandwidth);
-    void prepareBands(const ZetMP3PsyOutput& psy, bool isExact);
+    void prepareBands(const ZetMP3PsyOutput& psy);
     Zet32f thresholdOf(int b, const ZetMP3PsyOutput& psy) const;
-    void findStep(const Band& band, BandState& state, Zet32f target);
-    int startingStep(const BandState& state, Zet32f target) const;
+    int demandAt(int level, BandDemand* demands);
+    void findStep(const Band& band, BandState& state);
+    static int startingStep(const BandState& state);
+    bool tightenDemands(const StepChoice& choice, BandDemand* demands) const;
     void quantize(int level, const GranuleCode* granule0, GranuleCode& out);
     void placeScaleFactors(GranuleCode& out) const;
     void placePositions(GranuleCode& out) const;
@@ -79,6 +83,7 @@ class GranuleCoder {
     const Zet16s* longStarts_;
     ZetMP3GranuleSideInfo info_;
     IntensityBounds intensity_;
+    bool isExact_;
 };
 
 }  // namespace zetac::mp3enc
