@@ -20,7 +20,7 @@ struct Figures {
 std::vector<std::unique_ptr<Encoder>> lineUp() {
     std::vector<std::unique_ptr<Encoder>> encoders;
     encoders.push_back(makeZetac());
-#ifdef QUALITY_LIBMP3LAME
+#ifdef ENCODERS_LIBMP3LAME
     encoders.push_back(makeLibmp3lame());
 #endif
     return encoders;

@@ -1,6 +1,7 @@
 #include "mp3enc/granule_coder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "mp3enc/bit_count.h"
@@ -17,7 +18,19 @@ constexpr Zet32f kLeastEnergy = 0x1p-40f;
 // that band may be empty.
 constexpr Zet32f kTopRatio = 1.0f / 16;
 
+constexpr int kMostRefinements = 8;
+
 constexpr int kNoPosition = 7;  // of intensity stereo
+
+// What rounding to 16 bits makes of a line, 2048^2 / 12 / 288 by the gain of filter bank and
+// transform, of a short block three times as much; and how much of that noise is worth no bit.
+constexpr Zet32f kRoundingNoise = 1213.6f;
+constexpr Zet32f kNoiseFloor = 1.5f * kRoundingNoise;
+
+// A wide band costs more bits for the same noise over threshold than a narrow one: it may have
+// more, by the square root of its width, between the equal shares that the ear asks for and those
+// in proportion that would make the sum over bands the least. Bands of 16 lines have their share.
+constexpr Zet32f kEvenWidth = 16;
 
 // Noise of a fine quantiser grows by 3/8 of a doubling in a step.
 constexpr Zet32f kStepsPerOctave = 8.0f / 3;
@@ -30,7 +43,7 @@ constexpr Zet32f kFineNoise = 4.0f / 27;
 
 void GranuleCoder::prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& info,
                            const ZetMP3PsyOutput& psy, int sampling_frequency, int bandwidth,
-                           const IntensityBounds& intensity) {
+                           const IntensityBounds& intensity, bool isExact) {
     layout_ = &bandLayout(sampling_frequency, info);
     longStarts_ = longBandStarts(sampling_frequency);
     info_ = ZetMP3GranuleSideInfo{};
@@ -38,6 +51,7 @@ void GranuleCoder::prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& inf
     info_.mixed_block_flag = info.mixed_block_flag;
     info_.window_switching_flag = info.block_type != 0;
     intensity_ = intensity;
+    isExact_ = isExact;
     takeLines(lines, spectrum_);
     limitBandwidth(bandwidth);
     prepareBands(psy);
@@ -60,15 +74,11 @@ void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy) {
         BandState& state = states_[b];
         state.levels = levelsOf(spectrum_, band);
         state.isMeasured = false;
-        const Zet32s ratio = std::max(psy.ratio[static_cast<int>(band.ratio)], 0);
-        state.threshold = state.levels.energy * (static_cast<Zet32f>(ratio) * 0x1p-31f);
-        if (band.scaleFactor == kNoScaleFactor) {
-            // What the band below masks, or the threshold in quiet there, holds above as well.
-            const int below = b - (layout_->hasShort ? kWindows : 1);
-            const Zet32f lines = static_cast<Zet32f>(band.width) / layout_->bands[below].width;
-            state.threshold = std::max(std::min(state.threshold, kTopRatio * state.levels.energy),
-                                       lines * states_[below].threshold);
-        }
+        state.threshold = thresholdOf(b, psy);
+        const Zet32f windows = band.stepClass == kLongClass ? 1 : kWindows;
+        const Zet32f width = windows * static_cast<Zet32f>(band.width);
+        state.share = isExact_ ? 1 : std::sqrt(width / kEvenWidth);
+        state.floor = kNoiseFloor * width;
         if (state.levels.peak > 0) {
             state.finest = finestStep(state.levels.peak);
             state.coarsest = coarsestStep(state.levels.peak);
@@ -76,19 +86,32 @@ void GranuleCoder::prepareBands(const ZetMP3PsyOutput& psy) {
     }
 }
 
+Zet32f GranuleCoder::thresholdOf(int b, const ZetMP3PsyOutput& psy) const {
+    const Band& band = layout_->bands[b];
+    const Zet32f energy = states_[b].levels.energy;
+    const Zet32s ratio = std::max(psy.ratio[static_cast<int>(band.ratio)], 0);
+    const Zet32f threshold = energy * (static_cast<Zet32f>(ratio) * 0x1p-31f);
+    if (band.scaleFactor != kNoScaleFactor) return threshold;
+    // What the band below masks, or the threshold in quiet there, holds above as well.
+    const int below = b - (layout_->hasShort ? kWindows : 1);
+    const Zet32f lines = static_cast<Zet32f>(band.width) / layout_->bands[below].width;
+    return std::max(std::min(threshold, kTopRatio * energy), lines * states_[below].threshold);
+}
+
 // Extrapolates from the last noise measured, and the first time from that of a fine quantiser.
-int GranuleCoder::startingStep(const BandState& state, Zet32f target) const {
+int GranuleCoder::startingStep(const BandState& state) {
     const Zet32f known = state.isMeasured ? std::max(state.noise.energy, kLeastEnergy)
                                           : kFineNoise * state.levels.rootSum;
     const int from = state.isMeasured ? state.step : 0;
-    const int steps = static_cast<int>(kStepsPerOctave * roughLog2(target / known));
+    const int steps = static_cast<int>(kStepsPerOctave * roughLog2(state.target / known));
     return std::clamp(from + steps, state.finest, state.coarsest);
 }
 
 // The coarsest step with noise up to the target, as seen from the starting point.
-void GranuleCoder::findStep(const Band& band, BandState& state, Zet32f target) {
+void GranuleCoder::findStep(const Band& band, BandState& state) {
+    const Zet32f target = state.target;
     if (state.isMeasured && state.noise.energy <= target && target < state.noiseAbove) return;
-    state.step = startingStep(state, target);
+    state.step = startingStep(state);
     state.isMeasured = true;
     state.noise = noiseOf(spectrum_, band, state.step);
     if (state.noise.energy <= target) {
@@ -109,28 +132,56 @@ void GranuleCoder::findStep(const Band& band, BandState& state, Zet32f target) {
     }
 }
 
-void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode& out) {
+// What the bands need at a noise level; returns how many lines are then not 0.
+int GranuleCoder::demandAt(int level, BandDemand* demands) {
     const Zet32f factor = sixteenthPower(level);
-    BandDemand demands[kMaxBands];
-    out.nonZero = 0;
+    int nonZero = 0;
     for (int b = 0; b < layout_->count; ++b) {
         BandState& state = states_[b];
-        const Zet32f target = std::max(state.threshold * factor, kLeastEnergy);
+        state.target = std::max(state.threshold * state.share * factor, state.floor);
         demands[b] = BandDemand{};
-        demands[b].isCoded = state.levels.energy > target;
+        demands[b].isCoded = state.levels.energy > state.target;
         if (!demands[b].isCoded) continue;
-        findStep(layout_->bands[b], state, target);
+        findStep(layout_->bands[b], state);
         demands[b].step = state.step;
         demands[b].finest = state.finest;
         demands[b].nonZero = state.noise.nonZero;
-        out.nonZero += state.noise.nonZero;
+        nonZero += state.noise.nonZero;
     }
-    const StepChoice choice =
-        chooseSteps(*layout_, demands, granule0 != nullptr ? granule0->scaleFactors : nullptr);
+    return nonZero;
+}
+
+// A finer step than demanded makes less noise as a rule, but in bands of a few lines sometimes
+// more. Demands steps that are finer still where that exceeds the target; returns whether it did.
+bool GranuleCoder::tightenDemands(const StepChoice& choice, BandDemand* demands) const {
+    bool hasChanged = false;
+    for (int b = 0; b < layout_->count; ++b) {
+        const Band& band = layout_->bands[b];
+        if (!demands[b].isCoded || band.scaleFactor == kNoScaleFactor) continue;
+        if (choice.steps[b] >= demands[b].step) continue;
+        int step = choice.steps[b];
+        while (step > demands[b].finest &&
+               noiseOf(spectrum_, band, step).energy > states_[b].target)
+            --step;
+        if (step == choice.steps[b]) continue;
+        demands[b].step = step;
+        hasChanged = true;
+    }
+    return hasChanged;
+}
+
+void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode& out) {
+    BandDemand demands[kMaxBands];
+    out.nonZero = demandAt(level, demands);
+    const Zet8s* factors0 = granule0 != nullptr ? granule0->scaleFactors : nullptr;
+    StepChoice choice = chooseSteps(*layout_, demands, factors0);
+    for (int i = 0; isExact_ && i < kMostRefinements && tightenDemands(choice, demands); ++i)
+        choice = chooseSteps(*layout_, demands, factors0);
     out.info.global_gain = choice.gain - kGainOffset;
     out.info.scalefac_scale = choice.scalefac_scale;
     out.info.preflag = choice.preflag;
     std::copy_n(choice.subblock_gain, kWindows, out.info.subblock_gain);
+    std::copy_n(choice.reuses, kScfsiGroups, out.scfsi);
     for (int b = 0; b < layout_->count; ++b) {
         const Band& band = layout_->bands[b];
         if (band.scaleFactor != kNoScaleFactor)
@@ -141,7 +192,6 @@ void GranuleCoder::quantize(int level, const GranuleCode* granule0, GranuleCode&
             std::fill_n(out.magnitudes + band.start, band.width, Zet16s{0});
         }
     }
-    for (int group = 0; group < kScfsiGroups; ++group) out.scfsi[group] = choice.reuses[group];
 }
 
 // In the right channel of intensity stereo the scale factors of intensity bands are positions. A

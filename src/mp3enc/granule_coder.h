@@ -6,6 +6,7 @@
 
 #include "mp3enc/band_layout.h"
 #include "mp3enc/line_quantizer.h"
+#include "mp3enc/scale_factor_choice.h"
 
 namespace zetac::mp3enc {
 
@@ -36,9 +37,11 @@ struct IntensityBounds {
 
 class GranuleCoder {
   public:
-    // bandwidth: lines from here on are left out; a multiple of 6.
+    // bandwidth: lines from here on are left out; a multiple of 6. isExact: at level 0 the noise of
+    // every band is within its threshold, whatever its width.
     void prepare(const Zet32s* lines, const ZetMP3GranuleSideInfo& info, const ZetMP3PsyOutput& psy,
-                 int sampling_frequency, int bandwidth, const IntensityBounds& intensity);
+                 int sampling_frequency, int bandwidth, const IntensityBounds& intensity,
+                 bool isExact);
 
     // granule0: the code of granule 0 where scfsi may refer to it, or null.
     void code(int level, const GranuleCode* granule0, GranuleCode& out);
@@ -52,7 +55,10 @@ class GranuleCoder {
     struct BandState {
         BandLevels levels;
         Zet32f threshold;
+        Zet32f share;  // of noise, beside other bands
+        Zet32f floor;  // noise below this is of no use
         int finest, coarsest;
+        Zet32f target;  // noise at the level in question
         // The last step found, its noise, and the noise of the next coarser one.
         bool isMeasured;
         int step;
@@ -62,8 +68,11 @@ class GranuleCoder {
 
     void limitBandwidth(int bandwidth);
     void prepareBands(const ZetMP3PsyOutput& psy);
-    void findStep(const Band& band, BandState& state, Zet32f target);
-    int startingStep(const BandState& state, Zet32f target) const;
+    Zet32f thresholdOf(int b, const ZetMP3PsyOutput& psy) const;
+    int demandAt(int level, BandDemand* demands);
+    void findStep(const Band& band, BandState& state);
+    static int startingStep(const BandState& state);
+    bool tightenDemands(const StepChoice& choice, BandDemand* demands) const;
     void quantize(int level, const GranuleCode* granule0, GranuleCode& out);
     void placeScaleFactors(GranuleCode& out) const;
     void placePositions(GranuleCode& out) const;
@@ -74,6 +83,7 @@ class GranuleCoder {
     const Zet16s* longStarts_;
     ZetMP3GranuleSideInfo info_;
     IntensityBounds intensity_;
+    bool isExact_;
 };
 
 }  // namespace zetac::mp3enc

@@ -74,7 +74,8 @@ void prepare(const Frame& frame, int meanBits, FrameCoder& coder) {
     for (int record = 0; record < coder.numRecords(); ++record) {
         coder.granule(record).prepare(frame.linesOf(record), frame.infos[record], frame.psy[record],
                                       frame.header.sampling_frequency, lines,
-                                      frame.intensityOf(record));
+                                      frame.intensityOf(record),
+                                      frame.header.bitrate_index == kVariableRate);
     }
 }
 

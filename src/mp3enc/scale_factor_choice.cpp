@@ -17,8 +17,7 @@ constexpr int kGroupBands[kScfsiGroups] = {6, 5, 5, 5};
 constexpr int kBit = 16;
 constexpr int kNonZeroCost = 3;
 constexpr int kOverflow = 1 << 20;  // of magnitudes
-constexpr int kMostGains = 24;
-constexpr int kNoisePenalty = 8;  // a quarter step too coarse counts as that many too fine
+constexpr int kNoisePenalty = 8;    // a quarter step too coarse counts as that many too fine
 
 constexpr int floorShift(int a, int shift) {
     return a >> shift;
@@ -50,14 +49,10 @@ class Candidate {
         return base_[kLongClass] != INT_MAX ? base_[kLongClass] : highest;
     }
 
-    // The gains below the highest repeat the choices in coarse scale factors, but for the uppermost
-    // band.
+    // Lower gains repeat the choices with scale factors one higher.
     int gainsToTry() const {
         if (layout_.hasShort) return kSubblockSteps;
-        const BandDemand& top = topOf(kLongClass);
-        const int below = top.isCoded ? base_[kLongClass] - top.step : 0;
-        const int allowed = base_[kLongClass] - lowest_[kLongClass] + 1;
-        return std::min(std::clamp(below, 1 << shift_, kMostGains), allowed);
+        return std::min(1 << shift_, base_[kLongClass] - lowest_[kLongClass] + 1);
     }
 
     // Returns the cost of what the candidate adds to the demands, scale factors included.
@@ -148,9 +143,10 @@ class Candidate {
         const int zeros = layout_.bands[b].width - demand.nonZero;
         const int weight = kNonZeroCost * demand.nonZero + zeros / 2;
         const int tooFine = demand.step - step;
-        const bool hasFactor = layout_.bands[b].scaleFactor != kNoScaleFactor;
         if (step < demand.finest) return kOverflow;
-        return weight * (tooFine >= 0 ? tooFine : -(hasFactor ? kNoisePenalty : 1) * tooFine);
+        if (tooFine >= 0) return weight * tooFine;
+        const bool hasFactor = layout_.bands[b].scaleFactor != kNoScaleFactor;
+        return hasFactor ? -kNoisePenalty * weight * tooFine : 0;
     }
 
     int costOfShort(const StepChoice& choice) const {
