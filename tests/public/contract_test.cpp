@@ -22,6 +22,7 @@ const Table& table() {
         addMp3RequantRows(*rows);
         addMp3SynthesisRows(*rows);
         addMp3PackRows(*rows);
+        addMp3QuantizeRows(*rows);
         addMdctRows(*rows);
         addVlcVqRows(*rows);
         return rows;

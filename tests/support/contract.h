@@ -279,6 +279,7 @@ void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMp3PackRows(Table& table);
+void addMp3QuantizeRows(Table& table);
 void addMdctRows(Table& table);
 void addVlcVqRows(Table& table);
 
