@@ -17,6 +17,7 @@ constexpr int kModeSingleChannel = 3;
 
 // Entropies and ratios of one granule, by analysis channel.
 struct GranuleResult {
+    Zet32s pe[kAnalysisChannels];
     BandRatios ratios[kAnalysisChannels];
 };
 
@@ -36,37 +37,66 @@ void analyseChannel(const PsyContext& context, const Zet16s* src, int channel) {
     ZetMP3PsyChannelState& state = context.state.channel[channel];
     Zet32s* unpredictability = spectra.unpredictability[channel];
     ownsCalUnpredictMeasureCw06_Psy_MP3(spectra.longLines[channel], state, unpredictability);
-    ownsCalUnpredictMeasureCwAbove06_Psy_MP3(spectra.shortLines[channel], state,
-                                             unpredictability + ZETAC_MP3_PSY_LONG_LINES);
+    kernels.ownsCalUnpredictMeasureCwAbove06_Psy_MP3(spectra.shortLines[channel], state,
+                                                     unpredictability + ZETAC_MP3_PSY_LONG_LINES);
 }
 
-void analyseGranule(const PsyContext& context, const Zet16s* src, GranuleResult& result, Zet32s* pe,
-                    ZetMP3GranuleSideInfo* sideInfo) {
+// The ratios that someone can see. Of the last granule the state keeps all; one before it is
+// delivered by this call, in long blocks unless its type is short already, in short blocks unless
+// it is normal: a stop may still become short.
+RatiosWanted wantedRatios(const PsyContext& context, bool isLast) {
+    RatiosWanted wanted = {isLast, isLast};
+    for (int channel = 0; channel < context.channels; ++channel) {
+        const Zet32s type = context.state.channel[channel].block_type;
+        wanted.longBands |= type != kShort;
+        wanted.shortBands |= type != kNormal;
+    }
+    return wanted;
+}
+
+void analyseGranule(const PsyContext& context, const Zet16s* src, bool isLast,
+                    GranuleResult& result, ZetMP3GranuleSideInfo* sideInfo) {
     for (int channel = 0; channel < context.channels; ++channel) {
         analyseChannel(context, src + channel, channel);
     }
     context.kernels.ownsCalEnergyUnpredict_Psy_MP3(context);
     context.kernels.ownsCalEnergyShort_Psy_MP3(context);
     ownsCalSpreadedEnergyThreshold_Psy_MP3(context);
-    ownsCalSpreadedEnergyThresholdShort_Psy_MP3(context);
     for (int channel = 0; channel < context.analysisChannels; ++channel) {
-        pe[channel] = ownsCalPerceptualEntropy_Psy_MP3(context, channel);
-        ownsConvertThresholdToSfb_Psy_MP3(context, channel, result.ratios[channel]);
+        result.pe[channel] = ownsCalPerceptualEntropy_Psy_MP3(context, channel);
     }
-    ownsSwitchBlockType_Psy_MP3(context, pe, sideInfo);
+    ownsSwitchBlockType_Psy_MP3(context, result.pe, sideInfo);
+
+    const RatiosWanted wanted = wantedRatios(context, isLast);
+    if (wanted.shortBands) ownsCalSpreadedEnergyThresholdShort_Psy_MP3(context);
+    for (int channel = 0; channel < context.analysisChannels; ++channel) {
+        ownsConvertThresholdToSfb_Psy_MP3(context, channel, wanted, result.ratios[channel]);
+    }
 }
 
-void deliver(const Zet32s* ratioLong, const Zet32s* ratioShort, Zet32s pe, Zet32s blockType,
-             ZetMP3PsyOutput& output) {
-    std::copy_n(blockType == kShort ? ratioShort : ratioLong, 36, output.ratio);
-    output.pe = pe;
+// What was found in the last call.
+void takePending(const ZetMP3PsyState& state, int channels, GranuleResult& result) {
+    for (int channel = 0; channel < channels; ++channel) {
+        const ZetMP3PsyChannelState& from = state.channel[channel];
+        result.pe[channel] = from.pe;
+        std::copy_n(from.ratioLong, 36, result.ratios[channel].ratioLong);
+        std::copy_n(from.ratioShort, 36, result.ratios[channel].ratioShort);
+    }
+}
+void keepPending(const GranuleResult& result, int channels, ZetMP3PsyState& state) {
+    for (int channel = 0; channel < channels; ++channel) {
+        ZetMP3PsyChannelState& to = state.channel[channel];
+        to.pe = result.pe[channel];
+        to.block_type = state.channel[channel % 2].block_type;
+        std::copy_n(result.ratios[channel].ratioLong, 36, to.ratioLong);
+        std::copy_n(result.ratios[channel].ratioShort, 36, to.ratioShort);
+    }
 }
 
-void keep(const BandRatios& ratios, Zet32s pe, Zet32s blockType, ZetMP3PsyChannelState& state) {
-    std::copy_n(ratios.ratioLong, 36, state.ratioLong);
-    std::copy_n(ratios.ratioShort, 36, state.ratioShort);
-    state.pe = pe;
-    state.block_type = blockType;
+void deliver(const GranuleResult& result, int analysed, Zet32s blockType, ZetMP3PsyOutput& output) {
+    const BandRatios& ratios = result.ratios[analysed];
+    std::copy_n(blockType == kShort ? ratios.ratioShort : ratios.ratioLong, 36, output.ratio);
+    output.pe = result.pe[analysed];
 }
 
 // Intensity stereo at low bit rates: the first band of each granule slot, by (bitrate_index - 6) *
@@ -106,33 +136,23 @@ void analyseFrame(const Zet16s* src, ZetMP3PsyOutput* output, Zet32s* isSfbBound
         .channels = channels,
         .analysisChannels = header.mode == kModeJointStereo ? kAnalysisChannels : channels};
 
-    // Row 0: the pending granule; row g + 1: granule g.
-    Zet32s pe[3][kAnalysisChannels];
-    GranuleResult results[2];
-    for (int channel = 0; channel < context.analysisChannels; ++channel) {
-        pe[0][channel] = state.channel[channel].pe;
-    }
+    GranuleResult results[3];  // the pending granule, then those of this frame
+    takePending(state, context.analysisChannels, results[0]);
     for (int granule = 0; granule < granules; ++granule) {
-        analyseGranule(context, src + granule * ZETAC_MP3_GRANULE_LEN * channels, results[granule],
-                       pe[granule + 1], sideInfo + granule * channels);
+        analyseGranule(context, src + granule * ZETAC_MP3_GRANULE_LEN * channels,
+                       granule == granules - 1, results[granule + 1],
+                       sideInfo + granule * channels);
     }
+    keepPending(results[granules], context.analysisChannels, state);
 
-    const int midSide = ownsCalStereoMode_Psy_MP3(context, pe, sideInfo, granules);
-    for (int granule = 0; granule < granules; ++granule) {
-        for (int channel = 0; channel < channels; ++channel) {
-            const int analysed = channel + 2 * midSide;
-            const int record = granule * channels + channel;
-            const Zet32s blockType = sideInfo[record].block_type;
-            const ZetMP3PsyChannelState& pending = state.channel[analysed];
-            const BandRatios& first = results[0].ratios[analysed];
-            deliver(granule == 0 ? pending.ratioLong : first.ratioLong,
-                    granule == 0 ? pending.ratioShort : first.ratioShort, pe[granule][analysed],
-                    blockType, output[record]);
-        }
+    int midSide = 0;
+    if (context.analysisChannels == kAnalysisChannels) {
+        const Zet32s* const pe[2] = {results[0].pe, results[1].pe};
+        midSide = ownsCalStereoMode_Psy_MP3(pe, sideInfo, granules);
     }
-    for (int channel = 0; channel < context.analysisChannels; ++channel) {
-        keep(results[granules - 1].ratios[channel], pe[granules][channel],
-             state.channel[channel % 2].block_type, state.channel[channel]);
+    for (int record = 0; record < granules * channels; ++record) {
+        deliver(results[record / channels], record % channels + 2 * midSide,
+                sideInfo[record].block_type, output[record]);
     }
 
     const bool intensity = channels == 2 && core::inRange(header.bitrate_index, kIntensityFirstRate,

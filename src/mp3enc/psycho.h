@@ -27,6 +27,7 @@ inline constexpr int kPartitionsShort = 42;
 
 // Lines with a measured unpredictability; the ones above have a constant.
 inline constexpr int kPredictedLines = 206;
+inline constexpr int kPredictedRoom = 208;
 inline constexpr int kFirstShortLine = 2;  // serves long lines 6..9, the next one 10..13, and so on
 static_assert(ZETAC_MP3_PSY_LONG_LINES + 4 * ZETAC_MP3_PSY_SHORT_LINES == kPredictedLines);
 
@@ -35,7 +36,7 @@ enum BlockType { kNormal, kStart, kShort, kStop };
 struct Spectra {
     Zet32sc longLines[2][kLongSpectrum];
     Zet32sc shortLines[2][kWindows][kShortSpectrum];
-    Zet32s unpredictability[2][kPredictedLines];
+    Zet32s unpredictability[2][kPredictedRoom];
 };
 
 struct LongThresholds {
@@ -43,7 +44,7 @@ struct LongThresholds {
     uint64_t threshold[kPartitionsLong];  // nb
 };
 struct ShortThresholds {
-    uint64_t spread[kPartitionsShort];
+    uint64_t spread[(kPartitionsShort + 7) / 8 * 8];
     uint64_t threshold[kPartitionsShort];
 };
 
@@ -80,14 +81,10 @@ struct BandRatios {
     Zet32s ratioShort[36];
 };
 
-// c = |X - X^| / (|X| + |X^|), Q31, where X^ continues the last two spectra in magnitude and phase.
-// Lines 0..5, from spectra a granule apart.
+// c = |X - X^| / (|X| + |X^|), Q31, where X^ continues the last two spectra in magnitude and phase:
+// lines 0..5, from spectra a granule apart.
 void ownsCalUnpredictMeasureCw06_Psy_MP3(const Zet32sc* spectrum, ZetMP3PsyChannelState& state,
                                          Zet32s* unpredictability);
-// Lines 6..205, from the three short spectra of the granule; four lines share a short one.
-void ownsCalUnpredictMeasureCwAbove06_Psy_MP3(const Zet32sc (*spectra)[kShortSpectrum],
-                                              ZetMP3PsyChannelState& state,
-                                              Zet32s* unpredictability);
 
 // Thresholds nb of all analysis channels from energies and unpredictabilities of the partitions.
 void ownsCalSpreadedEnergyThreshold_Psy_MP3(const PsyContext& context);
@@ -105,15 +102,20 @@ void ownsMSThresholdCoupling_Psy_MP3(const CoupledChannels& channels, const Zet3
 Zet32s ownsCalPerceptualEntropy_Psy_MP3(const PsyContext& context, int channel);
 
 // Threshold over energy of the scale-factor bands of one analysis channel.
-void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, BandRatios& ratios);
+struct RatiosWanted {
+    bool longBands;
+    bool shortBands;
+};
+void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, RatiosWanted wanted,
+                                       BandRatios& ratios);
 
 // Chooses the block type of the granule analysed (pe: its entropies) and settles that of the
 // granule before, whose side information it writes.
 void ownsSwitchBlockType_Psy_MP3(const PsyContext& context, const Zet32s* pe,
                                  ZetMP3GranuleSideInfo* sideInfo);
 
-// 1 for M/S stereo. pe and sideInfo: [granule], of the granules to be output.
-int ownsCalStereoMode_Psy_MP3(const PsyContext& context, const Zet32s (*pe)[kAnalysisChannels],
-                              const ZetMP3GranuleSideInfo* sideInfo, int granules);
+// Of a joint-stereo frame: 1 for M/S. pe and sideInfo are those of the granules to be output.
+int ownsCalStereoMode_Psy_MP3(const Zet32s* const (&pe)[2], const ZetMP3GranuleSideInfo* sideInfo,
+                              int granules);
 
 }  // namespace zetac::mp3enc

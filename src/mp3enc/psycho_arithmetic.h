@@ -102,7 +102,7 @@ inline Zet16s ownsLog2_Audio_32s16s(Zet32s x) {
     return static_cast<Zet16s>(((31 - zeros) << 10) + (fraction >> 20));
 }
 
-// x^1.18813 for x above 0, Q31, within 2^-19 of itself.
+// x^1.18813 for x above 0, Q31; from 1/32 on within 2^-19 of itself.
 inline Zet32s ownsPow118813_Audio_32s(Zet32s x) {
     const int zeros = std::countl_zero(static_cast<uint32_t>(x));  // x = m * 2^-zeros
     const int64_t mantissa =

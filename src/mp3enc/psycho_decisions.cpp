@@ -49,9 +49,8 @@ void ownsSwitchBlockType_Psy_MP3(const PsyContext& context, const Zet32s* pe,
     }
 }
 
-int ownsCalStereoMode_Psy_MP3(const PsyContext& context, const Zet32s (*pe)[kAnalysisChannels],
-                              const ZetMP3GranuleSideInfo* sideInfo, int granules) {
-    if (context.analysisChannels != kAnalysisChannels) return 0;
+int ownsCalStereoMode_Psy_MP3(const Zet32s* const (&pe)[2], const ZetMP3GranuleSideInfo* sideInfo,
+                              int granules) {
     int64_t leftRight = 0;
     int64_t midSide = 0;
     for (int granule = 0; granule < granules; ++granule) {

@@ -1,6 +1,8 @@
 #include "mp3enc/psycho_kernels.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 #include "core/fixed_point.h"
 #include "mp3enc/psycho_arithmetic.h"

@@ -27,12 +27,14 @@ Zet32s thresholdFactor(Zet32s t) {
 void tonalThresholds(const PsyContext& context, int channel) {
     const PsyTables& tables = context.tables;
     const int count = tables.numLong;
+    const Spreading spreading = {count, tables.pSprdngBoundLong, tables.pSprdngPackedLong,
+                                 tables.blocksLong, tables.rowsLong};
     LongThresholds& block = context.work.thresholds.longBlock[channel];
     uint64_t unpredictability[kPartitionsLong];
-    context.kernels.spread(context.work.energyLong[channel], tables.pSprdngBoundLong,
-                           tables.pSprdngPackedLong, count, kSpreadShiftLong, block.spread);
-    context.kernels.spread(context.work.unpredictabilityLong[channel], tables.pSprdngBoundLong,
-                           tables.pSprdngPackedLong, count, kSpreadShiftLong, unpredictability);
+    context.kernels.spread(context.work.energyLong[channel], spreading, kSpreadShiftLong,
+                           block.spread);
+    context.kernels.spread(context.work.unpredictabilityLong[channel], spreading, kSpreadShiftLong,
+                           unpredictability);
     for (int b = 0; b < count; ++b) {
         const uint64_t energy = block.spread[b];
         const Zet32s tonality = ratioQ31(unpredictability[b], energy);
@@ -54,21 +56,24 @@ void limitByPast(uint64_t* threshold, const PsyContext& context, int channel) {
     }
 }
 
-uint64_t boundOne(uint64_t threshold, uint64_t limit, Zet32s ratio) {
-    return threshold >= limit ? std::max(scaleQ31(threshold, ratio), limit) : threshold;
-}
+// Energies and thresholds of scale-factor bands over one set of partitions.
+struct BandMap {
+    const uint8_t* bu;     // the partition that each boundary falls in
+    const Zet32s* weight;  // its share above the boundary
+};
 
-// Sum of energies of a band that begins in partition bu[0] and ends in partition bu[1].
-uint64_t bandSum(const uint64_t* values, const uint8_t* bu, const Zet32s* weight) {
-    uint64_t sum = scaleQ31(values[bu[0]], weight[0]);
-    for (int b = bu[0] + 1; b < bu[1]; ++b) sum += values[b];
-    return sum + scaleQ31(values[bu[1]], kMax32s - weight[1]);
-}
-
-Zet32s bandRatio(const uint64_t* energy, const uint64_t* threshold, const uint8_t* bu,
-                 const Zet32s* weight) {
-    const uint64_t en = bandSum(energy, bu, weight);
-    return en == 0 ? kMax32s : ratioQ31(bandSum(threshold, bu, weight), en);
+Zet32s bandRatio(const uint64_t* energy, const uint64_t* threshold, const BandMap& map, int s) {
+    const int first = map.bu[s];
+    const int last = map.bu[s + 1];
+    const Zet32s upper = map.weight[s];
+    const Zet32s lower = kMax32s - map.weight[s + 1];
+    uint64_t en = scaleQ31(energy[first], upper) + scaleQ31(energy[last], lower);
+    uint64_t thm = scaleQ31(threshold[first], upper) + scaleQ31(threshold[last], lower);
+    for (int b = first + 1; b < last; ++b) {
+        en += energy[b];
+        thm += threshold[b];
+    }
+    return en == 0 ? kMax32s : ratioQ31(thm, en);
 }
 
 }  // namespace
@@ -95,12 +100,13 @@ void ownsCalSpreadedEnergyThreshold_Psy_MP3(const PsyContext& context) {
 void ownsCalSpreadedEnergyThresholdShort_Psy_MP3(const PsyContext& context) {
     const PsyTables& tables = context.tables;
     const int count = tables.numShort;
+    const Spreading spreading = {count, tables.pSprdngBoundShort, tables.pSprdngPackedShort,
+                                 tables.blocksShort, tables.rowsShort};
     for (int window = 0; window < kWindows; ++window) {
         CoupledChannels coupled{};
         for (int channel = 0; channel < context.analysisChannels; ++channel) {
             ShortThresholds& block = context.work.thresholds.shortBlocks[channel][window];
-            context.kernels.spread(context.work.energyShort[channel][window],
-                                   tables.pSprdngBoundShort, tables.pSprdngPackedShort, count,
+            context.kernels.spread(context.work.energyShort[channel][window], spreading,
                                    kSpreadShiftShort, block.spread);
             for (int b = 0; b < count; ++b) {
                 const uint64_t energy = block.spread[b];
@@ -129,10 +135,13 @@ void ownsMSThresholdCoupling_Psy_MP3(const CoupledChannels& channels, const Zet3
         const uint64_t mid = channels.threshold[2][b];
         const uint64_t side = channels.threshold[3][b];
         const uint64_t lower = std::min(left, right);
-        const Zet32s ratio = ratioQ31(std::min(mid, side), std::max(mid, side));
-        left = boundOne(left, scaleQ31(spread[0][b], bmld[b]), ratio);
-        right = boundOne(right, scaleQ31(spread[1][b], bmld[b]), ratio);
-
+        const uint64_t limitLeft = scaleQ31(spread[0][b], bmld[b]);
+        const uint64_t limitRight = scaleQ31(spread[1][b], bmld[b]);
+        if (left >= limitLeft || right >= limitRight) {  // at low frequencies
+            const Zet32s ratio = ratioQ31(std::min(mid, side), std::max(mid, side));
+            if (left >= limitLeft) left = std::max(scaleQ31(left, ratio), limitLeft);
+            if (right >= limitRight) right = std::max(scaleQ31(right, ratio), limitRight);
+        }
         const uint64_t limitMid = scaleQ31(spread[2][b], bmld[b]);
         const uint64_t limitSide = scaleQ31(spread[3][b], bmld[b]);
         channels.threshold[2][b] = std::min(lower, std::max(mid, std::min(side, limitSide)));
@@ -148,30 +157,32 @@ Zet32s ownsCalPerceptualEntropy_Psy_MP3(const PsyContext& context, int channel) 
     const uint64_t* threshold = context.work.thresholds.longBlock[channel].threshold;
     Zet32s sum = 0;  // Q5
     for (int b = 0; b < context.tables.numLong; ++b) {
+        if (energy[b] <= threshold[b]) continue;
         const Zet32s excess = quotient(energy[b], threshold[b] + 1, kQuotientBits);
-        if (excess <= 1 << kQuotientBits) continue;
-        const int logarithm = ownsLog2_Audio_32s16s(excess) - (kQuotientBits << 10);  // Q10
+        const Zet32s clamped = std::max(excess, 1 << kQuotientBits);
+        const int logarithm = ownsLog2_Audio_32s16s(clamped) - (kQuotientBits << 10);  // Q10
         const int width = first[b + 1] - first[b];
         sum += static_cast<Zet32s>((width * logarithm * kLog10Of2) >> (31 + 5));
     }
     return sum >> 5;
 }
 
-void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, BandRatios& ratios) {
+void ownsConvertThresholdToSfb_Psy_MP3(const PsyContext& context, int channel, RatiosWanted wanted,
+                                       BandRatios& ratios) {
     const PsyTables& tables = context.tables;
-    const Workspace& work = context.work;
+    const BandMap mapLong = {tables.pPartToSfbBuoLong, tables.pPartToSfbWeightLong};
+    const BandMap mapShort = {tables.pPartToSfbBuoShort, tables.pPartToSfbWeightShort};
     ratios = {};
-    for (int s = 0; s < kPsySfbLong; ++s) {
+    for (int s = 0; wanted.longBands && s < kPsySfbLong; ++s) {
         ratios.ratioLong[s] =
-            bandRatio(work.energyLong[channel], work.thresholds.longBlock[channel].threshold,
-                      tables.pPartToSfbBuoLong + s, tables.pPartToSfbWeightLong + s);
+            bandRatio(context.work.energyLong[channel],
+                      context.work.thresholds.longBlock[channel].threshold, mapLong, s);
     }
-    for (int window = 0; window < kWindows; ++window) {
-        const uint64_t* threshold = work.thresholds.shortBlocks[channel][window].threshold;
+    for (int window = 0; wanted.shortBands && window < kWindows; ++window) {
+        const uint64_t* energy = context.work.energyShort[channel][window];
+        const uint64_t* threshold = context.work.thresholds.shortBlocks[channel][window].threshold;
         for (int s = 0; s < kPsySfbShort; ++s) {
-            ratios.ratioShort[kWindows * s + window] =
-                bandRatio(work.energyShort[channel][window], threshold,
-                          tables.pPartToSfbBuoShort + s, tables.pPartToSfbWeightShort + s);
+            ratios.ratioShort[kWindows * s + window] = bandRatio(energy, threshold, mapShort, s);
         }
     }
 }

@@ -17,22 +17,31 @@ struct Polar {
     Zet32sc phase;     // unit vector, Q30; 0 where the magnitude is
 };
 
-// Lines are at most 2^24.
-Zet32s magnitudeOf(Zet32sc x) {
-    return static_cast<Zet32s>(squareRoot64(sumOfSquares(x.re, x.im) << (2 * kMagnitudeBits)));
+// sqrt(energy) = root * 2^-halfShift, and one over it is inverse * 2^(halfShift - 62).
+struct Roots {
+    uint64_t root;     // 32 bits
+    uint64_t inverse;  // 1..2 in Q30
+    int halfShift;
+};
+
+Roots rootsOf(uint64_t energy) {
+    const int halfShift = std::countl_zero(energy) / 2;
+    const uint64_t mantissa = energy << (2 * halfShift) >> 32;
+    const uint64_t inverse = core::inverseSquareRoot(static_cast<uint32_t>(mantissa));
+    return {mantissa * inverse >> 30, inverse, halfShift};
 }
 
+// Lines are at most 2^24.
 Polar toPolar(Zet32sc x) {
     const uint64_t energy = sumOfSquares(x.re, x.im);
     if (energy == 0) return {0, {0, 0}};
-    const int halfShift = std::countl_zero(energy) / 2;
-    // 1 / |x| = inverse * 2^(halfShift - 32), inverse 1..2 in Q30.
-    const int64_t inverse =
-        core::inverseSquareRoot(static_cast<uint32_t>(energy << (2 * halfShift) >> 32));
+    const Roots roots = rootsOf(energy);
     const auto part = [&](Zet32s value) {
-        return static_cast<Zet32s>((value * inverse) >> (32 - halfShift));
+        return static_cast<Zet32s>((value * static_cast<int64_t>(roots.inverse)) >>
+                                   (32 - roots.halfShift));
     };
-    return {magnitudeOf(x), {part(x.re), part(x.im)}};
+    return {static_cast<Zet32s>((roots.root << kMagnitudeBits) >> roots.halfShift),
+            {part(x.re), part(x.im)}};
 }
 
 Zet32sc productQ30(Zet32sc a, Zet32sc b, int sign) {
@@ -41,13 +50,13 @@ Zet32sc productQ30(Zet32sc a, Zet32sc b, int sign) {
     return {static_cast<Zet32s>(re >> kPhaseBits), static_cast<Zet32s>(im >> kPhaseBits)};
 }
 
-// A line with nothing in it and nothing before it is as unpredictable as any first sound.
-Zet32s unpredictabilityOf(Zet32sc x, Zet32s magnitude, const Polar& last, const Polar& lastButOne) {
+// Nothing after nothing is as unpredictable as any first sound.
+Zet32s unpredictabilityOf(Zet32sc x, const Polar& now, const Polar& last, const Polar& lastButOne) {
     const int64_t predicted = 2 * int64_t{last.magnitude} - lastButOne.magnitude;
     const Zet32sc phase = productQ30(productQ30(last.phase, last.phase, 1), lastButOne.phase, -1);
     const int64_t re = x.re * (int64_t{1} << kMagnitudeBits) - (predicted * phase.re >> kPhaseBits);
     const int64_t im = x.im * (int64_t{1} << kMagnitudeBits) - (predicted * phase.im >> kPhaseBits);
-    const uint64_t sum = static_cast<uint64_t>(magnitude) +
+    const uint64_t sum = static_cast<uint64_t>(now.magnitude) +
                          static_cast<uint64_t>(predicted < 0 ? -predicted : predicted);
     if (sum == 0) return kMax32s;
     return ratioQ31(squareRoot64(sumOfSquares(re, im)), sum);
@@ -61,30 +70,11 @@ void ownsCalUnpredictMeasureCw06_Psy_MP3(const Zet32sc* spectrum, ZetMP3PsyChann
         const Polar last = {state.longMagnitude[0][j], state.longPhase[0][j]};
         const Polar lastButOne = {state.longMagnitude[1][j], state.longPhase[1][j]};
         const Polar now = toPolar(spectrum[j]);
-        unpredictability[j] = unpredictabilityOf(spectrum[j], now.magnitude, last, lastButOne);
+        unpredictability[j] = unpredictabilityOf(spectrum[j], now, last, lastButOne);
         state.longMagnitude[1][j] = last.magnitude;
         state.longPhase[1][j] = last.phase;
         state.longMagnitude[0][j] = now.magnitude;
         state.longPhase[0][j] = now.phase;
-    }
-}
-
-// The first two spectra pass through the memory, the third is predicted from it. Spectra of another
-// granule are not 128 samples away, so what the memory held before does not matter.
-void ownsCalUnpredictMeasureCwAbove06_Psy_MP3(const Zet32sc (*spectra)[kShortSpectrum],
-                                              ZetMP3PsyChannelState& state,
-                                              Zet32s* unpredictability) {
-    for (int i = 0; i < ZETAC_MP3_PSY_SHORT_LINES; ++i) {
-        const int line = kFirstShortLine + i;
-        const Polar lastButOne = toPolar(spectra[0][line]);
-        const Polar last = toPolar(spectra[1][line]);
-        const Zet32sc x = spectra[2][line];
-        const Zet32s c = unpredictabilityOf(x, magnitudeOf(x), last, lastButOne);
-        for (int j = 0; j < 4; ++j) unpredictability[4 * i + j] = c;
-        state.shortMagnitude[0][i] = last.magnitude;
-        state.shortPhase[0][i] = last.phase;
-        state.shortMagnitude[1][i] = lastButOne.magnitude;
-        state.shortPhase[1][i] = lastButOne.phase;
     }
 }
 

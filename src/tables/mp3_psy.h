@@ -1,12 +1,25 @@
 // The tables of psychoacoustic model two, one set per sampling frequency.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace zetac::tables {
 
 inline constexpr int kPsySfbLong = 21;  // scale-factor bands with a ratio
 inline constexpr int kPsySfbShort = 12;
+
+// The spreading of eight neighbouring partitions, for vectors of them: in row r, lane l is spread
+// into by partition first + l + r.
+struct SpreadingBlock {
+    std::int16_t first;  // at least -kSpreadingMargin
+    std::int16_t rows;
+};
+inline constexpr int kSpreadingMargin = 8;
+template <std::size_t kRows>
+struct SpreadingRows {
+    alignas(32) std::int32_t weights[kRows][8];  // Q31
+};
 
 struct PsyTables {
     const std::int16_t* pPsyPartitionTableLong;  // first lines, and the end
@@ -26,6 +39,11 @@ struct PsyTables {
     const std::uint8_t* pPartToSfbBuoShort;
     const std::int32_t* pPartToSfbWeightShort;
     const std::int32_t* pSMRShort;  // threshold over spread energy, Q31
+
+    const SpreadingBlock* blocksLong;  // the spreading once more
+    const std::int32_t (*rowsLong)[8];
+    const SpreadingBlock* blocksShort;
+    const std::int32_t (*rowsShort)[8];
 };
 
 extern const PsyTables kPsyTables44100;

@@ -59,6 +59,12 @@ constexpr auto pSprdngPackedShort32000 =
 constexpr auto pBMLDRatioShort32000 = psy::bmldRatios(pPsyPartitionTableShort32000);
 constexpr auto pQuietThresholdShort32000 = psy::quietThresholds(pPsyPartitionTableShort32000);
 constexpr auto pPartToSfbWeightShort32000 = psy::weights(kThousandthsShort);
+constexpr auto kBlocksLong = psy::spreadingBlocks(pSprdngBoundLong32000);
+constexpr auto kRowsLong = psy::blockSpreading<psy::blockRows(pSprdngBoundLong32000)>(
+    pSprdngBoundLong32000, pSprdngPackedLong32000);
+constexpr auto kBlocksShort = psy::spreadingBlocks(pSprdngBoundShort32000);
+constexpr auto kRowsShort = psy::blockSpreading<psy::blockRows(pSprdngBoundShort32000)>(
+    pSprdngBoundShort32000, pSprdngPackedShort32000);
 constexpr auto pSMRShort32000 = psy::ratios(kSnrShort);
 
 }  // namespace
@@ -81,6 +87,10 @@ constexpr PsyTables kPsyTables32000 = {
     .pPartToSfbBuoShort = pPartToSfbBuoShort32000,
     .pPartToSfbWeightShort = pPartToSfbWeightShort32000.data(),
     .pSMRShort = pSMRShort32000.data(),
+    .blocksLong = kBlocksLong.data(),
+    .rowsLong = kRowsLong.weights,
+    .blocksShort = kBlocksShort.data(),
+    .rowsShort = kRowsShort.weights,
 };
 
 }  // namespace zetac::tables

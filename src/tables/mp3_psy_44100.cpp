@@ -59,6 +59,12 @@ constexpr auto pSprdngPackedShort44100 =
 constexpr auto pBMLDRatioShort44100 = psy::bmldRatios(pPsyPartitionTableShort44100);
 constexpr auto pQuietThresholdShort44100 = psy::quietThresholds(pPsyPartitionTableShort44100);
 constexpr auto pPartToSfbWeightShort44100 = psy::weights(kThousandthsShort);
+constexpr auto kBlocksLong = psy::spreadingBlocks(pSprdngBoundLong44100);
+constexpr auto kRowsLong = psy::blockSpreading<psy::blockRows(pSprdngBoundLong44100)>(
+    pSprdngBoundLong44100, pSprdngPackedLong44100);
+constexpr auto kBlocksShort = psy::spreadingBlocks(pSprdngBoundShort44100);
+constexpr auto kRowsShort = psy::blockSpreading<psy::blockRows(pSprdngBoundShort44100)>(
+    pSprdngBoundShort44100, pSprdngPackedShort44100);
 constexpr auto pSMRShort44100 = psy::ratios(kSnrShort);
 
 }  // namespace
@@ -81,6 +87,10 @@ constexpr PsyTables kPsyTables44100 = {
     .pPartToSfbBuoShort = pPartToSfbBuoShort44100,
     .pPartToSfbWeightShort = pPartToSfbWeightShort44100.data(),
     .pSMRShort = pSMRShort44100.data(),
+    .blocksLong = kBlocksLong.data(),
+    .rowsLong = kRowsLong.weights,
+    .blocksShort = kBlocksShort.data(),
+    .rowsShort = kRowsShort.weights,
 };
 
 }  // namespace zetac::tables

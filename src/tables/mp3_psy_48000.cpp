@@ -59,6 +59,12 @@ constexpr auto pSprdngPackedShort48000 =
 constexpr auto pBMLDRatioShort48000 = psy::bmldRatios(pPsyPartitionTableShort48000);
 constexpr auto pQuietThresholdShort48000 = psy::quietThresholds(pPsyPartitionTableShort48000);
 constexpr auto pPartToSfbWeightShort48000 = psy::weights(kThousandthsShort);
+constexpr auto kBlocksLong = psy::spreadingBlocks(pSprdngBoundLong48000);
+constexpr auto kRowsLong = psy::blockSpreading<psy::blockRows(pSprdngBoundLong48000)>(
+    pSprdngBoundLong48000, pSprdngPackedLong48000);
+constexpr auto kBlocksShort = psy::spreadingBlocks(pSprdngBoundShort48000);
+constexpr auto kRowsShort = psy::blockSpreading<psy::blockRows(pSprdngBoundShort48000)>(
+    pSprdngBoundShort48000, pSprdngPackedShort48000);
 constexpr auto pSMRShort48000 = psy::ratios(kSnrShort);
 
 }  // namespace
@@ -81,6 +87,10 @@ constexpr PsyTables kPsyTables48000 = {
     .pPartToSfbBuoShort = pPartToSfbBuoShort48000,
     .pPartToSfbWeightShort = pPartToSfbWeightShort48000.data(),
     .pSMRShort = pSMRShort48000.data(),
+    .blocksLong = kBlocksLong.data(),
+    .rowsLong = kRowsLong.weights,
+    .blocksShort = kBlocksShort.data(),
+    .rowsShort = kRowsShort.weights,
 };
 
 }  // namespace zetac::tables

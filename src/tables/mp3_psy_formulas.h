@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "core/constexpr_math.h"
+#include "tables/mp3_psy.h"
 
 namespace zetac::tables::psy {
 
@@ -135,6 +136,25 @@ constexpr std::size_t packedSize(const std::array<std::uint32_t, kCount>& bounds
     return size;
 }
 
+// A vector of eight masked partitions takes partition first + lane + r with its row r of weights.
+template <std::size_t kCount>
+constexpr auto spreadingBlocks(const std::array<std::uint32_t, kCount>& bounds) {
+    std::array<SpreadingBlock, (kCount + 7) / 8> blocks{};
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        int low = INT32_MAX;
+        int high = INT32_MIN;
+        for (std::size_t lane = 0; lane < 8 && 8 * i + lane < kCount; ++lane) {
+            const std::uint32_t bound = bounds[8 * i + lane];
+            const int first = static_cast<int>(bound & 0xffff) - static_cast<int>(lane);
+            const int last = static_cast<int>(bound >> 16) - static_cast<int>(lane);
+            low = first < low ? first : low;
+            high = last > high ? last : high;
+        }
+        blocks[i] = {static_cast<std::int16_t>(low), static_cast<std::int16_t>(high - low + 1)};
+    }
+    return blocks;
+}
+
 // The weights of each range one after another, Q31; those of a range sum to 1.
 template <std::size_t kSize, std::size_t kCount>
 constexpr std::array<std::int32_t, kSize> packedSpreading(
@@ -154,6 +174,35 @@ constexpr std::array<std::int32_t, kSize> packedSpreading(
         }
     }
     return packed;
+}
+
+// The same weights for vectors of eight masked partitions.
+template <std::size_t kCount>
+constexpr std::size_t blockRows(const std::array<std::uint32_t, kCount>& bounds) {
+    std::size_t rows = 0;
+    for (const SpreadingBlock& block : spreadingBlocks(bounds)) rows += block.rows;
+    return rows;
+}
+
+template <std::size_t kRows, std::size_t kCount, std::size_t kSize>
+constexpr SpreadingRows<kRows> blockSpreading(const std::array<std::uint32_t, kCount>& bounds,
+                                              const std::array<std::int32_t, kSize>& packed) {
+    SpreadingRows<kRows> result{};
+    std::size_t row = 0;
+    std::size_t position = 0;
+    std::size_t masked = 0;
+    for (const SpreadingBlock& block : spreadingBlocks(bounds)) {
+        for (std::size_t lane = 0; lane < 8 && masked < kCount; ++lane, ++masked) {
+            const int first = static_cast<int>(bounds[masked] & 0xffff);
+            const int last = static_cast<int>(bounds[masked] >> 16);
+            for (int k = first; k <= last; ++k) {
+                const std::size_t step = k - block.first - static_cast<int>(lane);
+                result.weights[row + step][lane] = packed[position++];
+            }
+        }
+        row += block.rows;
+    }
+    return result;
 }
 
 // Binaural masking level differences as ISO/IEC 13818-7, Annex B has them: 30 dB at 0 Bark, none

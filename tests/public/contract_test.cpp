@@ -20,6 +20,7 @@ const Table& table() {
         addAacPredictionRows(*rows);
         addMp3UnpackRows(*rows);
         addMp3RequantRows(*rows);
+        addMp3PsychoRows(*rows);
         addMp3SynthesisRows(*rows);
         addMp3PackRows(*rows);
         addMp3QuantizeRows(*rows);

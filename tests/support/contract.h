@@ -277,6 +277,7 @@ void addAacRows(Table& table);
 void addAacPredictionRows(Table& table);
 void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
+void addMp3PsychoRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMp3PackRows(Table& table);
 void addMp3QuantizeRows(Table& table);
