@@ -38,8 +38,8 @@ int modeOf(const Mp3EncoderSettings& settings) {
 
 /** What the masking thresholds are multiplied by. */
 double thresholdScale(int quality) {
-    constexpr double kDecibelsAtBest = -6.0;
-    constexpr double kDecibelsPerStep = 1.5;
+    constexpr double kDecibelsAtBest = -10.5;
+    constexpr double kDecibelsPerStep = 2;
     return std::pow(10.0, (kDecibelsAtBest + kDecibelsPerStep * quality) / 10);
 }
 
@@ -171,6 +171,11 @@ ZetStatus Mp3Encoder::transform() {
     return zetStsOk;
 }
 
+/** Of a protected frame libmpg123 loses what ends in the last 16 bits: two bytes stay empty. */
+int Mp3Encoder::mainDataBits(size_t frameBytes) const {
+    return 8 * static_cast<int>(frameBytes - frontBytes() - (settings_.hasCrc ? kCrcBytes : 0));
+}
+
 size_t Mp3Encoder::frontBytes() const {
     return kHeaderBytes + (settings_.hasCrc ? kCrcBytes : 0) +
            mp3SideInfoBytes(true, settings_.channels == 1);
@@ -195,7 +200,7 @@ ZetStatus Mp3Encoder::quantise(size_t& frameBytes, int& mainDataBegin) {
     } else {
         frameBytes = paddedFrameBytes();
     }
-    const int mainBits = 8 * static_cast<int>(frameBytes - frontBytes());
+    const int mainBits = mainDataBits(frameBytes);
     const ZetStatus status = zetsQuantize_MP3_32s_I(
         frame_.lines[0], frame_.scaleFactor[0], frame_.scfsi, frame_.count1Len, frame_.hufSize,
         &header_, frame_.sideInfo, frame_.psy, frame_.intensityBound, &reservoir_, mainBits,
@@ -215,7 +220,7 @@ size_t Mp3Encoder::chooseBitRate(int bits) {
     int mainBits = 0;
     for (header_.bitrate_index = 1;; ++header_.bitrate_index) {
         bytes = mp3FrameBytes(format_, mp3BitRate(format_, header_.bitrate_index));
-        mainBits = 8 * (static_cast<int>(bytes) - static_cast<int>(frontBytes()));
+        mainBits = mainDataBits(bytes);
         if (mainBits + reservoir_.held >= bits || header_.bitrate_index == kHighestBitRate) break;
     }
     ZetMP3BitReservoir limits;
@@ -225,11 +230,11 @@ size_t Mp3Encoder::chooseBitRate(int bits) {
 }
 
 ZetStatus Mp3Encoder::pack(size_t frameBytes, int mainDataBegin, std::vector<Zet8u>& out) {
-    Zet8u front[kFrontBytesMax];
-    ZetStatus status = packFront(mainDataBegin, front);
-    if (status < 0) return status;
     std::vector<Zet8u> mainData(kMainDataBytesMax);
-    status = packMainData(mainData);
+    ZetStatus status = packMainData(mainData);
+    if (status < 0) return status;
+    Zet8u front[kFrontBytesMax];
+    status = packFront(mainDataBegin, front);
     if (status < 0) return status;
     const size_t before = out.size();
     writer_.add({front, frontBytes()}, frameBytes, static_cast<size_t>(mainDataBegin), mainData,
@@ -251,20 +256,24 @@ ZetStatus Mp3Encoder::packFront(int mainDataBegin, Zet8u* front) {
     return zetsPackFrameHeader_MP3(&header_, &cursor);
 }
 
+/** Bits that the quantiser would stuff are left behind the main data instead, as ancillary data:
+ *  some decoders take a stuffing that ends within a quadruple of table B for an error. */
 ZetStatus Mp3Encoder::packMainData(std::vector<Zet8u>& mainData) {
     Zet8u* cursor = mainData.data();
     int offset = 0;
     for (int granule = 0; granule < kGranules; ++granule) {
         for (int channel = 0; channel < settings_.channels; ++channel) {
             const int i = index(granule, channel);
+            const ptrdiff_t start = 8 * (cursor - mainData.data()) + offset;
             ZetStatus status = zetsPackScaleFactors_MP3_8s1u(
                 frame_.scaleFactor[i], &cursor, &offset, &header_, &frame_.sideInfo[i],
                 &frame_.scfsi[4 * channel], granule, channel);
             if (status >= 0)
                 status = zetsHuffmanEncode_MP3_32s1u(frame_.lines[i], &cursor, &offset, &header_,
-                                                     &frame_.sideInfo[i], frame_.count1Len[i],
-                                                     frame_.hufSize[i]);
+                                                     &frame_.sideInfo[i], frame_.count1Len[i], 0);
             if (status < 0) return status;
+            frame_.sideInfo[i].part2_3_length =
+                static_cast<Zet32s>(8 * (cursor - mainData.data()) + offset - start);
         }
     }
     mainData.resize(static_cast<size_t>(cursor - mainData.data()) + (offset > 0));

@@ -88,6 +88,7 @@ class Mp3Encoder {
     ZetStatus packMainData(std::vector<Zet8u>& mainData);
     void scaleThresholds();
     size_t frontBytes() const;
+    int mainDataBits(size_t frameBytes) const;
     size_t paddedFrameBytes();
     int index(int granule, int channel) const { return granule * settings_.channels + channel; }
 

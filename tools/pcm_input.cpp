@@ -12,14 +12,15 @@ namespace {
 
 constexpr size_t kBlockSamples = 16384;
 
-/** A whole multiple, else the next higher rate, else the highest one. */
+/** A whole multiple, else the next higher rate; of what is beyond all of them, the highest one
+ * unless 44.1 kHz divides it. */
 int encodedRate(int sampleRate) {
     constexpr int kRates[] = {32000, 44100, 48000};
     for (const int rate : kRates)
-        if (rate % sampleRate == 0 || sampleRate % rate == 0) return rate;
+        if (rate % sampleRate == 0) return rate;
     for (const int rate : kRates)
         if (rate > sampleRate) return rate;
-    return 48000;
+    return sampleRate % 44100 == 0 ? 44100 : 48000;
 }
 
 }  // namespace
