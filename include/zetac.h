@@ -1795,10 +1795,12 @@ ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP
 
 /** Quantises one MPEG-1 frame, chooses its scale factors, Huffman tables and regions, and keeps it
  *  within the bits that it may have (ISO/IEC 11172-3, C.1.5.4.3 and C.1.5.4.4). Of all that the
- *  budget allows, the frame gets the lowest noise, in every band of every granule and channel the
- *  same number of decibels above or below the threshold, energy * ratio. A band whose share would
- *  be more than its energy is silent, and so is what lies above the bandwidth that the bits of a
- *  line pay for. Results are the same bits on every processor.
+ *  budget allows, the frame gets the lowest noise, which stands above or below the thresholds,
+ *  energy * ratio, by a number of decibels common to all granules and channels, somewhat more in
+ *  wide bands than in narrow ones. A band whose share would be more than its energy is silent, and
+ *  so is what lies above the bandwidth that the bits pay for. The uppermost band, which has no
+ *  scale factor and no ratio, gets what the others leave. Noise below 1.5 times that of rounding to
+ *  16 bits counts as none. Results are the same bits on every processor.
  *
  *  Constant bit rate, bitrate_index 0..14: the frame spends what it needs of meanBits and of the
  *  reservoir, saves the rest, and is stuffed where the reservoir would overflow. With held before
@@ -1808,11 +1810,12 @@ ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP
  *  between this frame's main data and the next frame's, for the caller to fill.
  *
  *  Variable bit rate, bitrate_index 15: meanBits is what the largest frame that the caller allows
- *  holds; spending stops where no noise exceeds its threshold, and the sum of part2_3_length is a
- *  multiple of 8. The caller takes the smallest bit rate whose main data, with held, hold that sum,
- *  and keeps the reservoir: held += main data bits of that bit rate - sum, cut to the capacity,
- *  with the bits cut left between the frames. The call does not write it. A caller who scales the
- *  ratios moves the thresholds, and with them quality and size.
+ *  holds; spending stops where no band's noise exceeds its threshold, if the ranges of the scale
+ *  factors allow that, and the sum of part2_3_length is a multiple of 8. The caller takes the
+ * smallest bit rate whose main data, with held, hold that sum, and keeps the reservoir: held +=
+ * main data bits of that bit rate - sum, cut to the capacity, with the bits cut left between the
+ * frames. The call does not write it. A caller who scales the ratios moves the thresholds, and with
+ * them quality and size.
  *  @param pSrcDst        in: lines [granule][channel][576], Q26, after zetsJointStereoEncode; short
  *                        blocks band by band, the windows of a band one after another; out:
  *                        quantised lines with sign, magnitudes up to 8206

@@ -27,6 +27,7 @@ inline constexpr int kPartitionsShort = 42;
 
 // Lines with a measured unpredictability; the ones above have a constant.
 inline constexpr int kPredictedLines = 206;
+inline constexpr int kPredictedRoom = 208;
 inline constexpr int kFirstShortLine = 2;  // serves long lines 6..9, the next one 10..13, and so on
 static_assert(ZETAC_MP3_PSY_LONG_LINES + 4 * ZETAC_MP3_PSY_SHORT_LINES == kPredictedLines);
 
@@ -35,7 +36,7 @@ enum BlockType { kNormal, kStart, kShort, kStop };
 struct Spectra {
     Zet32sc longLines[2][kLongSpectrum];
     Zet32sc shortLines[2][kWindows][kShortSpectrum];
-    Zet32s unpredictability[2][kPredictedLines];
+    Zet32s unpredictability[2][kPredictedRoom];
 };
 
 struct LongThresholds {

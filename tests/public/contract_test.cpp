@@ -23,6 +23,7 @@ const Table& table() {
         addMp3PsychoRows(*rows);
         addMp3SynthesisRows(*rows);
         addMp3PackRows(*rows);
+        addMp3QuantizeRows(*rows);
         addMdctRows(*rows);
         addVlcVqRows(*rows);
         return rows;

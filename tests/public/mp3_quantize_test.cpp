@@ -323,29 +323,98 @@ double noiseOf(const Frame& frame, int record, const Band& band) {
 
 // ---- the tests
 
+int pick(std::mt19937& random, int low, int high) {
+    return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
+}
+
+// Empties the right channel from the bounds on, with positions for its bands.
+void makeIntensity(Frame& frame, std::mt19937& random) {
+    frame.header.mode_extension |= 1;
+    for (int record = 1; record < 4; record += 2) {
+        for (Zet32s& bound : frame.bounds[record / 2]) bound = pick(random, 0, 14);
+        for (const Band& band : frame.bands(record)) {
+            if (band.number < frame.bounds[record / 2][band.window % 3]) continue;
+            std::fill(&frame.source[record][band.start], &frame.source[record][band.end], 0);
+            if (band.factor >= 0)
+                frame.scaleFactors[record][band.factor] = static_cast<Zet8s>(pick(random, 0, 6));
+        }
+    }
+}
+
 TEST(Mp3Quantize, keepsTheBudgetToTheBitWhateverTheSignal) {
     std::mt19937 random(1);
-    const auto pick = [&](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(random);
-    };
     for (int trial = 0; trial < 400; ++trial) {
         SCOPED_TRACE(trial);
-        Frame frame(pick(0, 3), pick(0, 2));
-        frame.header.bitrate_index = pick(0, 3) == 0 ? kVariableRate : pick(0, 14);
+        Frame frame(pick(random, 0, 3), pick(random, 0, 2));
+        frame.header.bitrate_index = pick(random, 0, 3) == 0 ? kVariableRate : pick(random, 0, 14);
+        const int joint = pick(random, 0, 3), jointMixed = pick(random, 0, 1);
         for (int r = 0; r < frame.records(); ++r) {
-            frame.info[r].block_type = pick(0, 3);
-            frame.info[r].mixed_block_flag = pick(0, 1);
-            for (Zet32s& ratio : frame.psy[r].ratio) ratio = pick(0, 0x7fffffff) >> pick(0, 31);
+            const bool isJoint = frame.header.mode == 1;
+            frame.info[r].block_type = isJoint ? joint : pick(random, 0, 3);
+            frame.info[r].mixed_block_flag = isJoint ? jointMixed : pick(random, 0, 1);
+            for (Zet32s& ratio : frame.psy[r].ratio)
+                ratio = pick(random, 0, 0x7ffffffe) >> pick(random, 0, 31);
         }
-        frame.setNoise(random, std::exp2(-pick(-4, 26)), pick(0, 12));
-        frame.reservoir = {8 * pick(0, 511), pick(0, 1) ? 4088 : pick(0, 5000)};
-        frame.meanBits = pick(0, 2) == 0 ? pick(0, 12000) : 8 * pick(40, 400);
-        if (frame.reservoir.held + frame.meanBits - frame.reservoir.capacity >
-            4095 * frame.records())
-            continue;
+        frame.setNoise(random, std::exp2(-pick(random, -4, 26)), pick(random, 0, 12));
+        if (frame.header.mode == 1 && pick(random, 0, 1)) makeIntensity(frame, random);
+        frame.reservoir = {8 * pick(random, 0, 511),
+                           pick(random, 0, 1) ? 4088 : pick(random, 0, 5000)};
+        // Up to what stuffing can fill.
+        const int most = 4095 * frame.records() - frame.reservoir.held;
+        frame.meanBits = std::min(
+            pick(random, 0, 2) == 0 ? pick(random, 0, 12000) : 8 * pick(random, 40, 400), most);
         ASSERT_EQ(frame.run(trial % 64), zetStsOk);
         expectHolds(frame);
-        if (testing::Test::HasFailure()) return;
+        if (HasFailure()) return;
+    }
+}
+
+TEST(Mp3Quantize, leavesToTheCallerWhatStuffingCannotFill) {
+    Frame frame(3);
+    frame.reservoir.capacity = 0;
+    for (const int meanBits : {11352, 2147483647}) {
+        frame.meanBits = meanBits;
+        ASSERT_EQ(frame.run(), zetStsOk);
+        EXPECT_EQ(frame.sumOfBits(), 2 * 4095);
+        EXPECT_EQ(frame.reservoir.held, 0);
+    }
+}
+
+TEST(Mp3Quantize, savesTheBitsOfSilenceUntilTheReservoirIsFull) {
+    Frame frame;
+    frame.reservoir.capacity = 4001;
+    for (const int held : {3048, 4000, 4000}) {
+        ASSERT_EQ(frame.run(), zetStsOk);
+        EXPECT_EQ(frame.reservoir.held, held);
+        EXPECT_EQ(expectHolds(frame), frame.sumOfBits());
+        for (const auto& record : frame.info) EXPECT_EQ(record.big_values, 0);
+    }
+}
+
+// The bands of the right channel in intensity stereo carry positions, and those that a decoder
+// would take for such bands because nothing follows them carry the one that is none.
+TEST(Mp3Quantize, codesIntensityPositions) {
+    std::mt19937 random(4);
+    for (const int blockType : {0, 2}) {
+        Frame frame(1);
+        frame.setBlocks(blockType, 0);
+        frame.setNoise(random, 0.1, 3);
+        makeIntensity(frame, random);
+        const Frame given = frame;
+        ASSERT_EQ(frame.run(), zetStsOk);
+        expectHolds(frame);
+        for (const int record : {1, 3}) {
+            int end[4] = {};  // of the lines that are not 0, by window
+            for (const Band& band : frame.bands(record))
+                for (int i = band.start; i < band.end; ++i)
+                    if (frame.lines[record][i] != 0) end[band.window] = band.end;
+            for (const Band& band : frame.bands(record)) {
+                if (band.factor < 0 || band.start < end[band.window]) continue;
+                const bool isIntensity = band.number >= frame.bounds[record / 2][band.window % 3];
+                EXPECT_EQ(frame.scaleFactors[record][band.factor],
+                          isIntensity ? given.scaleFactors[record][band.factor] : 7);
+            }
+        }
     }
 }
 
@@ -365,14 +434,17 @@ TEST(Mp3Quantize, dividesLongBlocksForTheFewestBits) {
     }
 }
 
-// With bits enough, no band has more noise than its threshold: energy and noise are summed in
-// singles, which is good for 1e-5 here.
+// With bits enough, no band has more noise than its threshold; energies and noise are sums of at
+// most 158 singles, good for 158 * 2^-24. Nor are bits wasted: a step changes the noise by 1.1 dB,
+// and scale factors round two or four steps up; over all these granules the mean distance to the
+// threshold is 3.5 dB at most.
 TEST(Mp3Quantize, meetsEveryThresholdAtVariableRateAndStopsThere) {
     std::mt19937 random(3);
     std::uniform_real_distribution<double> decibels(-20, -10);
-    for (const auto& [blockType, mixed] : {std::pair{0, 0}, {1, 0}, {2, 0}, {2, 1}, {3, 1}}) {
-        SCOPED_TRACE(testing::Message() << blockType << ' ' << mixed);
-        Frame frame(0, blockType % 3);
+    for (int trial = 0; trial < 50; ++trial) {
+        const int blockType = trial % 5 % 4, mixed = trial % 5 == 2 ? trial / 5 % 2 : trial % 2;
+        SCOPED_TRACE(testing::Message() << trial << ": " << blockType << ' ' << mixed);
+        Frame frame(0, trial % 3);
         frame.header.bitrate_index = kVariableRate;
         frame.meanBits = 12000;
         frame.setBlocks(blockType, mixed);
@@ -382,24 +454,134 @@ TEST(Mp3Quantize, meetsEveryThresholdAtVariableRateAndStopsThere) {
                 ratio = static_cast<Zet32s>(0x1p31 * std::pow(10, decibels(random) / 10));
         ASSERT_EQ(frame.run(), zetStsOk);
         expectHolds(frame);
-        EXPECT_LT(frame.sumOfBits(), 10000);
         for (int record = 0; record < 4; ++record) {
             double over = 0;
             int count = 0;
             for (const Band& band : frame.bands(record)) {
-                const bool isMixedLong = mixed && blockType == 2 && band.window == 3;
-                if (band.factor < 0 || isMixedLong) continue;
-                const double ratio = frame.psy[record].ratio[3 * band.number + band.window];
-                const double limit =
-                    (blockType == 2 ? ratio : frame.psy[record].ratio[band.number]) * 0x1p-31;
+                const bool isShort = blockType == 2;
+                if (band.factor < 0 || (isShort && band.window == 3)) continue;
+                const int place = isShort ? 3 * band.number + band.window : band.number;
+                const double limit = frame.psy[record].ratio[place] * 0x1p-31;
                 const double noise = noiseOf(frame, record, band);
                 EXPECT_LE(noise, limit * (1 + 1e-5)) << band.number << ' ' << band.window;
-                over += 10 * std::log10(std::max(noise, 1e-12) / limit);
+                over += 10 * std::log10(noise / limit);
                 ++count;
             }
-            EXPECT_GT(over / count, -6) << "wasteful";
+            EXPECT_GT(over / count, -4);
         }
     }
+}
+
+// At a constant rate bits go where the noise is heard: a channel 40 dB below the other, whose
+// thresholds are as much lower, has the same noise over threshold.
+TEST(Mp3Quantize, givesAllChannelsTheSameNoiseOverThreshold) {
+    std::mt19937 random(5);
+    for (const int meanBits : {1600, 3048, 5000}) {
+        Frame frame;
+        frame.meanBits = meanBits;
+        frame.setNoise(random, 0.1, 2);
+        for (const int record : {1, 3})
+            for (Zet32s& line : frame.source[record]) line /= 100;
+        ASSERT_EQ(frame.run(), zetStsOk);
+        double mean[2] = {};
+        for (int record = 0; record < 4; ++record)
+            for (const Band& band : frame.bands(record))
+                if (band.factor >= 0)
+                    mean[record % 2] += 10 * std::log10(noiseOf(frame, record, band)) / (2 * 21);
+        EXPECT_NEAR(mean[0], mean[1], 0.5) << meanBits;
+    }
+}
+
+// Lines at the limits of 32 bits, in all lines or alone, and ratios at the limits of theirs.
+TEST(Mp3Quantize, standsExtremes) {
+    for (const Zet32s ratio : {-1, 0, 1, 0x7fffffff}) {
+        for (const Zet32s value : {2147483647, -2147483647 - 1, 1}) {
+            for (const int step : {1, 575}) {
+                for (const int blockType : {0, 2}) {
+                    Frame frame;
+                    frame.setBlocks(blockType, 0);
+                    for (auto& lines : frame.source)
+                        for (int i = 0; i < kLines; i += step) lines[i] = value;
+                    for (auto& psy : frame.psy)
+                        for (Zet32s& r : psy.ratio) r = ratio;
+                    for (const int meanBits : {0, 8, 3048}) {
+                        frame.meanBits = meanBits;
+                        ASSERT_EQ(frame.run(), zetStsOk);
+                        expectHolds(frame);
+                    }
+                }
+            }
+        }
+    }
+}
+
+// Packed and read back by the decoder's functions.
+TEST(Mp3Quantize, makesRecordsThatTheDecoderReads) {
+    std::mt19937 random(6);
+    for (int trial = 0; trial < 40; ++trial) {
+        SCOPED_TRACE(trial);
+        Frame frame(trial % 2, trial % 3);
+        frame.setBlocks(trial % 4, trial / 8 % 2);
+        frame.setNoise(random, 0.2, pick(random, 0, 8));
+        if (trial % 2 != 0) makeIntensity(frame, random);
+        ASSERT_EQ(frame.run(), zetStsOk);
+        std::vector<Zet8u> bytes(4096);
+        Zet8u *write = bytes.data(), *read = bytes.data();
+        int writeOffset = 0, readOffset = 0;
+        Zet8s factors[2][ZETAC_MP3_SCF_MAX] = {};
+        for (int r = 0; r < 4; ++r) {
+            const int channel = r % 2, granule = r / 2;
+            int* scfsi = frame.scfsi + 4 * channel;
+            const int rest = frame.hufSize[r];
+            ASSERT_EQ(zetsPackScaleFactors_MP3_8s1u(frame.scaleFactors[r], &write, &writeOffset,
+                                                    &frame.header, &frame.info[r], scfsi, granule,
+                                                    channel),
+                      zetStsOk);
+            ASSERT_EQ(zetsHuffmanEncode_MP3_32s1u(frame.lines[r].data(), &write, &writeOffset,
+                                                  &frame.header, &frame.info[r], frame.count1Len[r],
+                                                  rest),
+                      zetStsOk);
+            ASSERT_EQ(zetsUnpackScaleFactors_MP3_1u8s(&read, &readOffset, factors[channel],
+                                                      &frame.info[r], scfsi, &frame.header, granule,
+                                                      channel),
+                      zetStsOk);
+            std::array<Zet32s, kLines> lines;
+            int bound = 0;
+            ASSERT_EQ(zetsHuffmanDecode_MP3_1u32s(&read, &readOffset, lines.data(), &bound,
+                                                  &frame.info[r], &frame.header, rest),
+                      zetStsOk);
+            EXPECT_EQ(lines, frame.lines[r]);
+            EXPECT_TRUE(std::equal(factors[channel], factors[channel] + 39, frame.scaleFactors[r]));
+            EXPECT_TRUE(read == write && readOffset == writeOffset);
+        }
+    }
+}
+
+// Single precision in a fixed order: every processor and word size gives this sum.
+TEST(Mp3Quantize, givesTheSameBitsEverywhere) {
+    std::mt19937 random(7);
+    uint64_t sum = 14695981039346656037u;
+    const auto add = [&sum](const auto* values, size_t count) {
+        for (size_t i = 0; i < count; ++i)
+            sum = (sum ^ static_cast<uint32_t>(values[i])) * 1099511628211u;
+    };
+    for (int trial = 0; trial < 64; ++trial) {
+        Frame frame(trial % 4, trial % 3);
+        frame.setBlocks(trial / 4 % 4, trial / 16 % 2);
+        frame.meanBits = 8 * pick(random, 50, 900);
+        for (auto& lines : frame.source)
+            for (int i = 0; i < kLines; ++i)
+                lines[i] = pick(random, -1000000, 1000000) * 64 / (i * trial / 4 + 1);
+        for (auto& psy : frame.psy)
+            for (Zet32s& ratio : psy.ratio) ratio = pick(random, 0, 0x7ffffffe) >> 4;
+        ASSERT_EQ(frame.run(), zetStsOk);
+        for (int r = 0; r < frame.records(); ++r) {
+            add(frame.lines[r].data(), kLines);
+            add(frame.scaleFactors[r], ZETAC_MP3_SCF_MAX);
+            add(&frame.info[r].part2_3_length, sizeof frame.info[r] / sizeof(Zet32s));
+        }
+    }
+    EXPECT_EQ(sum, 15823100793807585926u);
 }
 
 }  // namespace

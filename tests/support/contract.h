@@ -280,6 +280,7 @@ void addMp3RequantRows(Table& table);
 void addMp3PsychoRows(Table& table);
 void addMp3SynthesisRows(Table& table);
 void addMp3PackRows(Table& table);
+void addMp3QuantizeRows(Table& table);
 void addMdctRows(Table& table);
 void addVlcVqRows(Table& table);
 
