@@ -1698,6 +1698,33 @@ typedef struct ZetMP3BitReservoir {
  * MP3 encoding: analysis filter bank and forward MDCT
  * --------------------------------------------------------------------------------------------- */
 
+/** The polyphase analysis filter bank of one granule of one channel (ISO/IEC 11172-3, C.1.3). There
+ *  is no state inside: the caller passes the 480 samples before the granule along with it.
+ *  @param pSrc       480 + 576 samples, oldest first, nChannels apart
+ *  @param pDst       out: [18][32] subband samples, time slot by time slot, Q26 with 32768 as 1.0,
+ *                    within 4 units of exact; no
+ *                    samples lead beyond 2.7
+ *  @param nChannels  stride of pSrc, 1..2
+ *  Checks: a null pointer: zetStsNullPointer; nChannels: zetStsBadArg. */
+ZETAC_API ZetStatus zetsAnalysisPQMF_MP3_16s32s(const Zet16s* pSrc, Zet32s* pDst, int nChannels);
+
+/** Frequency inversion, window switching, MDCT and alias butterflies of one granule of one channel
+ *  (ISO/IEC 11172-3, C.1.5.3.3): the inverse of zetsMDCTInv_MP3_32s but for the delay of a granule.
+ *  @param pSrc          [18][32] subband samples of zetsAnalysisPQMF_MP3_16s32s, Q26
+ *  @param pDst          out: 576 lines, Q26, saturated at 32 times full scale. Short blocks: band
+ * by band, the three windows of a band one after another; mixed blocks: 36 long lines, then short
+ * bands from 3 on
+ *  @param pOverlap      in/out: [18][32], the samples of the granule before; state, zeroed before
+ *                       the first granule
+ *  @param pFrameHeader  the frame's header: ID and sampling_frequency choose the short bands
+ *  @param pSideInfo     the record of this granule and channel: block_type and mixed_block_flag,
+ *                       which gives the two lowest subbands the normal window
+ *  Checks: a null pointer: zetStsNullPointer; ID, sampling_frequency: zetStsBadFrameHeader;
+ *  block_type, mixed_block_flag: zetStsBadSideInfo. */
+ZETAC_API ZetStatus zetsMDCTFwd_MP3_32s(const Zet32s* pSrc, Zet32s* pDst, Zet32s* pOverlap,
+                                        const ZetMP3Header* pFrameHeader,
+                                        const ZetMP3GranuleSideInfo* pSideInfo);
+
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: psychoacoustic model two
  * --------------------------------------------------------------------------------------------- */
@@ -1763,9 +1790,156 @@ ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP
  * MP3 encoding: quantisation and rate control
  * --------------------------------------------------------------------------------------------- */
 
+/** Bytes of the work buffer of zetsQuantize_MP3_32s_I, at any address. */
+#define ZETAC_MP3_QUANTIZE_BUFFER_LEN 65536
+
+/** Quantises one MPEG-1 frame, chooses its scale factors, Huffman tables and regions, and keeps it
+ *  within the bits that it may have (ISO/IEC 11172-3, C.1.5.4.3 and C.1.5.4.4). Of all that the
+ *  budget allows, the frame gets the lowest noise, which stands above or below the thresholds,
+ *  energy * ratio, by a number of decibels common to all granules and channels, somewhat more in
+ *  wide bands than in narrow ones. A band whose share would be more than its energy is silent, and
+ *  so is what lies above the bandwidth that the bits pay for. The uppermost band, which has no
+ *  scale factor and no ratio, gets what the others leave. Noise below 1.5 times that of rounding to
+ *  16 bits counts as none. Results are the same bits on every processor.
+ *
+ *  Constant bit rate, bitrate_index 0..14: the frame spends what it needs of meanBits and of the
+ *  reservoir, saves the rest, and is stuffed where the reservoir would overflow. With held before
+ *  and held' after the call, held' is a multiple of 8 and at most capacity, main_data_begin of the
+ *  frame is held / 8, and the sum of part2_3_length is held + meanBits - held'. Only where stuffing
+ *  would need more than 4095 bits in every granule and channel is the sum lower: bits that are left
+ *  between this frame's main data and the next frame's, for the caller to fill.
+ *
+ *  Variable bit rate, bitrate_index 15: meanBits is what the largest frame that the caller allows
+ *  holds; spending stops where no band's noise exceeds its threshold, if the ranges of the scale
+ *  factors allow that, and the sum of part2_3_length is a multiple of 8. The caller takes the
+ * smallest bit rate whose main data, with held, hold that sum, and keeps the reservoir: held +=
+ * main data bits of that bit rate - sum, cut to the capacity, with the bits cut left between the
+ * frames. The call does not write it. A caller who scales the ratios moves the thresholds, and with
+ * them quality and size.
+ *  @param pSrcDst        in: lines [granule][channel][576], Q26, after zetsJointStereoEncode; short
+ *                        blocks band by band, the windows of a band one after another; out:
+ *                        quantised lines with sign, magnitudes up to 8206
+ *  @param pScaleFactors  [granule][channel][ZETAC_MP3_SCF_MAX], in: the intensity positions 0..6 of
+ *                        the right channel; out: all, in the layout of
+ *                        zetsUnpackScaleFactors_MP3_1u8s. Below the intensity bound a right band
+ *                        that is silent up to the end gets 7, which is no position
+ *  @param pScfsi         out: flags [channel * 4 + band group]
+ *  @param pCount1Len     out: [granule][channel] lines in the count1 region, a multiple of 4
+ *  @param pHufSize       out: [granule][channel] bits of Huffman data, with stuffing
+ *  @param pFrameHeader   the frame's header: ID, layer, bitrate_index, sampling_frequency, mode and
+ *                        mode_extension are looked at
+ *  @param pSideInfo      in/out: records granule-major; in: block_type and mixed_block_flag; out:
+ *                        all other fields
+ *  @param pPsyOutput     records granule-major; mixed blocks are taken to have short ratios
+ *  @param pIsSfbBound    [granule][3] first intensity band, of long blocks one, of short blocks one
+ *                        a window; looked at in joint stereo with intensity
+ *  @param pReservoir     in/out
+ *  @param meanBits       main-data bits of this frame: all but header, CRC word and side
+ * information
+ *  @param pBuffer        ZETAC_MP3_QUANTIZE_BUFFER_LEN bytes of scratch
+ *  Checks: a null pointer: zetStsNullPointer; ID not 1, layer not 1, bitrate_index outside 0..15,
+ *  sampling_frequency outside 0..2, mode outside 0..3, mode_extension outside 0..3:
+ *  zetStsBadFrameHeader; block_type outside 0..3 or mixed_block_flag outside 0..1 of a record:
+ *  zetStsBadSideInfo; meanBits below 0: zetStsBadSize; held not a multiple of 8 in 0..4088, or
+ *  capacity below 0: zetStsBadArg. */
+ZETAC_API ZetStatus zetsQuantize_MP3_32s_I(
+    Zet32s* pSrcDst, Zet8s* pScaleFactors, int* pScfsi, int* pCount1Len, int* pHufSize,
+    const ZetMP3Header* pFrameHeader, ZetMP3GranuleSideInfo* pSideInfo,
+    const ZetMP3PsyOutput* pPsyOutput, const Zet32s* pIsSfbBound, ZetMP3BitReservoir* pReservoir,
+    int meanBits, Zet8u* pBuffer);
+
 /* ------------------------------------------------------------------------------------------------
  * MP3 encoding: packing
  * --------------------------------------------------------------------------------------------- */
+
+/** Writes a frame header of 4 bytes, and the CRC word when protection_bit is 0. The inverse of
+ *  zetsUnpackFrameHeader_MP3; fields are masked to their widths and not checked.
+ *  @param ppBitStream  in/out: byte position; the bytes written need not be cleared before, and
+ *                      there is no check of the room: this holds for all packers
+ *  Checks: a null pointer: zetStsNullPointer. */
+ZETAC_API ZetStatus zetsPackFrameHeader_MP3(const ZetMP3Header* pSrcFrameHeader,
+                                            Zet8u** ppBitStream);
+
+/** Writes the side information of a frame, 17 or 32 bytes, LSF 9 or 17. The inverse of
+ *  zetsUnpackSideInfo_MP3; values are masked to the widths of their fields.
+ *  @param pSrcSideInfo   1, 2 or 4 records, granule-major
+ *  @param ppBitStream    in/out: byte position, behind header and CRC word
+ *  @param mainDataBegin  bytes that the main data reach back
+ *  @param privateBits    private_bits
+ *  @param pSrcScfsi      flags [channel * 4 + band group]; LSF does not look at them
+ *  @param pFrameHeader   the frame's header
+ *  Checks: a null pointer: zetStsNullPointer; ID outside 0..1 or layer not 1: zetStsBadFrameHeader;
+ *  mode outside 0..3: zetStsBadFrameHeader; while writing, block_type 0 with window switching:
+ *  zetStsBadSideInfo, with the bits before it written. */
+ZETAC_API ZetStatus zetsPackSideInfo_MP3(const ZetMP3GranuleSideInfo* pSrcSideInfo,
+                                         Zet8u** ppBitStream, int mainDataBegin, int privateBits,
+                                         const int* pSrcScfsi, const ZetMP3Header* pFrameHeader);
+
+/** Writes the scale factors of one granule of one channel (ISO/IEC 11172-3, 2.4.2.7; 13818-3,
+ *  2.4.3.2). The inverse of zetsUnpackScaleFactors_MP3_1u8s; values are masked to their widths.
+ *  @param pSrcScaleFactor  as the unpacker lays them out; of negative values in the right channel
+ *                          of LSF intensity stereo the magnitude is written
+ *  @param ppBitStream, pOffset  in/out: position. Bits are or-ed into a byte begun before, and all
+ *                          bits behind the position are 0 in the bytes after it
+ *  @param pFrameHeader     the frame's header
+ *  @param pSideInfo        the record of this granule and channel; LSF sets preflag
+ *  @param pScfsi           the four flags of this channel
+ *  @param granule          band groups with their scfsi set are left out of granule 1
+ *  @param channel          1 is the right one, with the positions of LSF intensity stereo
+ *  Checks: a null pointer: zetStsNullPointer; bit offset: zetStsBadArg; scalefac_compress outside
+ *  0..15, LSF 0..511: zetStsBadSideInfo; LSF, mode_extension outside 0..3: zetStsBadFrameHeader. */
+ZETAC_API ZetStatus zetsPackScaleFactors_MP3_8s1u(const Zet8s* pSrcScaleFactor, Zet8u** ppBitStream,
+                                                  int* pOffset, const ZetMP3Header* pFrameHeader,
+                                                  ZetMP3GranuleSideInfo* pSideInfo,
+                                                  const int* pScfsi, int granule, int channel);
+
+/** Writes the Huffman data of one granule of one channel and one bits up to its size (ISO/IEC
+ *  11172-3, 2.4.2.7); MPEG-1 only. Magnitudes beyond a table are taken as its largest; beyond
+ *  linbits, the lowest bits of the excess are written.
+ *  @param pSrcIx        576 quantised lines with their signs, in coded order
+ *  @param ppBitStream, pOffset  in/out: position, behind the scale factors; written as
+ *                       zetsPackScaleFactors_MP3_8s1u does
+ *  @param pFrameHeader  the frame's header
+ *  @param pSideInfo     the record of this granule and channel
+ *  @param count1Len     lines of the count1 region, which begins at line 2 * big_values; no
+ *                       quadruple begins at line 573 or later
+ *  @param hufSize       bits to be written, stuffing included; what the lines need more is written
+ *                       all the same
+ *  Checks: a null pointer: zetStsNullPointer; bit offset: zetStsBadArg; big_values outside 0..288,
+ *  region counts below 0 or with a sum of 21 or more, count1table_select: zetStsBadSideInfo; ID not
+ *  1, layer not 1, sampling_frequency: zetStsBadFrameHeader; while writing, table_select of a
+ * region outside 0..31: zetStsBadSideInfo, with the regions before it written. */
+ZETAC_API ZetStatus zetsHuffmanEncode_MP3_32s1u(const Zet32s* pSrcIx, Zet8u** ppBitStream,
+                                                int* pOffset, const ZetMP3Header* pFrameHeader,
+                                                const ZetMP3GranuleSideInfo* pSideInfo,
+                                                int count1Len, int hufSize);
+
+/** Makes M/S stereo and intensity stereo of both channels of a granule, as mode and mode_extension
+ *  ask for (ISO/IEC 11172-3, 2.4.3.4.9). M and S are sum and difference over sqrt(2), rounded down;
+ *  a line of intensity stereo is the sum of magnitudes with the sign of the larger one, the right
+ *  channel's where they are equal. Both saturate; energies are sums of 64 bits.
+ *  @param pSrcDstXrL, pSrcDstXrR  in/out: 576 lines each, laid out as zetsMDCTFwd_MP3_32s does
+ *  @param pDstScaleFactorR  out: intensity positions 0..6 of the bands in intensity stereo, [band]
+ *                           or, in short blocks, [band * 3 + window]; room for ZETAC_MP3_SCF_MAX
+ *  @param pFrameHeader      the frame's header
+ *  @param pSideInfo         [2] records of this granule
+ *  @param pIsSfbBound       the bands where intensity stereo begins, [0] or [window]; M/S stereo
+ *                           works below them. Without intensity stereo out: 22, or three times 13
+ *  Checks: a null pointer: zetStsNullPointer; ID, sampling_frequency: zetStsBadFrameHeader; with a
+ *  tool on, block_type different in the channels: zetStsBadSideInfo; with intensity stereo, bounds
+ *  outside 0..22 or 0..13: zetStsBadArg. */
+ZETAC_API ZetStatus zetsJointStereoEncode_MP3_32s_I(Zet32s* pSrcDstXrL, Zet32s* pSrcDstXrR,
+                                                    Zet8s* pDstScaleFactorR,
+                                                    const ZetMP3Header* pFrameHeader,
+                                                    const ZetMP3GranuleSideInfo* pSideInfo,
+                                                    Zet32s* pIsSfbBound);
+
+/** Sets an empty bit reservoir and what it may hold at this bit rate: what is left of a decoder's
+ *  7680 bits beside one frame, and at most what main_data_begin reaches.
+ *  Checks: a null pointer: zetStsNullPointer; ID not 1, sampling_frequency, bitrate_index outside
+ *  0..14: zetStsBadFrameHeader. */
+ZETAC_API ZetStatus zetsBitReservoirInit_MP3(ZetMP3BitReservoir* pBitReservoir,
+                                             const ZetMP3Header* pFrameHeader);
 
 /* ------------------------------------------------------------------------------------------------
  * SBR: floating QMF banks (ISO/IEC 14496-3, 4.6.18.4): 32-band analysis, 64-band synthesis (twice

@@ -32,12 +32,16 @@ struct InfoOptions {
 /** Prints what the files are. */
 Outcome runInfo(const InfoOptions& options);
 
-struct DecodeOptions {
+/** Of a command that makes one file of each. */
+struct ConversionOptions {
     std::vector<std::string> files;
     std::string output;  // file, folder or "-"; empty: beside the input
     int jobs = 0;        // files at once; 0: one per processor
     bool isForced = false;
     bool isQuiet = false;
+};
+
+struct DecodeOptions : ConversionOptions {
     bool isStrict = false;
     bool isTrimmed = true;  // of the samples that the encoder added
     SbrOptions sbr;
@@ -45,5 +49,17 @@ struct DecodeOptions {
 
 /** Decodes the files to WAV. */
 Outcome runDecode(const DecodeOptions& options);
+
+enum class ChannelMode { kJoint, kStereo, kMono };
+
+struct EncodeOptions : ConversionOptions {
+    int bitRate = 0;   // kbit/s; 0: the default
+    int quality = -1;  // 0..9, variable bit rate; -1: constant
+    ChannelMode mode = ChannelMode::kJoint;
+    bool hasCrc = false;
+};
+
+/** Encodes the files to MP3. */
+Outcome runEncode(const EncodeOptions& options);
 
 }  // namespace zetac::tool

@@ -1,45 +1,17 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
-#include <unistd.h>
-
-#include <atomic>
-#include <csignal>
-#include <filesystem>
+#include <algorithm>
 #include <optional>
-#include <set>
-#include <thread>
 
 #include "commands.h"
 #include "console.h"
 #include "file_data.h"
+#include "jobs.h"
 #include "sound_source.h"
 #include "wav_output.h"
 
 namespace zetac::tool {
 namespace {
-
-namespace fs = std::filesystem;
-
-/** Set by a signal; the work then stops between two frames and leaves nothing behind. */
-std::atomic<bool> isInterrupted{false};
-
-void interrupt(int) {
-    isInterrupted = true;
-}
-
-/** A second signal of the same kind ends the program at once, and none restarts a read. */
-void catchSignals() {
-    struct sigaction action {};
-    action.sa_handler = interrupt;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
-
-struct Job {
-    std::string input;
-    std::string output;
-};
 
 /** Passes samples on without those in front and behind that the encoder added. Until the end has
  *  come it holds back what may be the last ones. */
@@ -95,12 +67,12 @@ Outcome FileDecoder::run() {
     const FileData data(job_.input);
     const auto source = openSound(data.bytes(), options_.sbr);
     SoundFrame frame;
-    while (!isInterrupted && source->next(frame)) {
+    while (!isInterrupted() && source->next(frame)) {
         reportForeign(source->foreign());
         handle(*source, frame);
         console_.advance(frame.inputBytes);
     }
-    if (isInterrupted) return Outcome::kInterrupted;
+    if (isInterrupted()) return Outcome::kInterrupted;
     reportForeign(source->foreign());
     if (goodFrames_ == 0) throw Failure("holds no frame that can be decoded");
     output_->commit();
@@ -146,94 +118,12 @@ void FileDecoder::reportForeign(const ForeignBytes& foreign) {
     report(foreign.position, std::to_string(foreign.count) + " bytes that belong to no frame");
 }
 
-// --- Many files ---------------------------------------------------------------------------------
-
-std::string outputFor(const std::string& input, const DecodeOptions& options) {
-    if (options.output == "-" || (options.output.empty() && input == "-")) return "-";
-    const fs::path name = input == "-" ? fs::path("standard-input.wav")
-                                       : fs::path(input).filename().replace_extension(".wav");
-    if (options.output.empty()) return fs::path(input).replace_filename(name).string();
-    std::error_code ignored;
-    const bool isFolder = fs::is_directory(options.output, ignored) ||
-                          options.output.back() == '/' || options.files.size() > 1;
-    return isFolder ? (fs::path(options.output) / name).string() : options.output;
-}
-
-/** Refuses what would destroy a file. */
-void checkOutput(const Job& job, const DecodeOptions& options, std::set<std::string>& taken) {
-    if (job.output == "-") {
-        if (isatty(STDOUT_FILENO)) throw Failure("sound is not written to a terminal");
-        if (options.files.size() > 1) throw Failure("only one file can go to standard output");
-        return;
-    }
-    std::error_code error;
-    if (job.input != "-" && fs::equivalent(job.input, job.output, error)) {
-        throw Failure("would be overwritten by its own output");
-    }
-    if (!taken.insert(fs::absolute(job.output).lexically_normal()).second) {
-        throw Failure("would have the same output as another input: " + job.output);
-    }
-    if (!options.isForced && fs::exists(job.output, error)) {
-        throw Failure(job.output + " exists already; --force overwrites it");
-    }
-}
-
-Outcome runJob(const Job& job, const DecodeOptions& options, Console& console) {
-    try {
-        return FileDecoder(job, options, console).run();
-    } catch (const std::exception& failure) {
-        if (!isInterrupted) console.error(job.input, failure.what());
-    }
-    return Outcome::kFailed;
-}
-
-/** Plans every file before the first one is touched. */
-std::vector<Job> plan(const DecodeOptions& options, Console& console, Outcome& outcome) {
-    std::vector<Job> jobs;
-    std::set<std::string> taken;
-    for (const std::string& input : options.files) {
-        Job job{input, outputFor(input, options)};
-        try {
-            checkOutput(job, options, taken);
-        } catch (const Failure& failure) {
-            console.error(input, failure.what());
-            outcome = Outcome::kFailed;
-            continue;
-        }
-        std::error_code error;
-        const auto size = fs::file_size(input, error);
-        if (!error) console.expect(size);
-        jobs.push_back(std::move(job));
-    }
-    return jobs;
-}
-
 }  // namespace
 
 Outcome runDecode(const DecodeOptions& options) {
-    catchSignals();
-    Console console(options.isQuiet);
-    Outcome planned = Outcome::kGood;
-    const std::vector<Job> jobs = plan(options, console, planned);
-
-    std::atomic<size_t> nextJob{0};
-    std::atomic<Outcome> outcome{planned};
-    const auto work = [&] {
-        for (size_t i = nextJob++; i < jobs.size() && !isInterrupted; i = nextJob++) {
-            const Outcome own = runJob(jobs[i], options, console);
-            Outcome seen = outcome;
-            while (!outcome.compare_exchange_weak(seen, worse(seen, own))) {
-            }
-        }
-    };
-    const size_t wanted = options.jobs > 0 ? static_cast<size_t>(options.jobs)
-                                           : std::max(1u, std::thread::hardware_concurrency());
-    {
-        std::vector<std::jthread> threads;
-        for (size_t i = 1; i < std::min(wanted, jobs.size()); ++i) threads.emplace_back(work);
-        work();
-    }
-    return isInterrupted ? Outcome::kInterrupted : outcome.load();
+    return runJobs(options, ".wav", [&options](const Job& job, Console& console) {
+        return FileDecoder(job, options, console).run();
+    });
 }
 
 }  // namespace zetac::tool

@@ -1,4 +1,4 @@
-// zetac: shows and decodes AAC and MP3 files with the functions of the library.
+// zetac: shows, decodes and encodes AAC and MP3 files with the functions of the library.
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <map>
 
 #include "commands.h"
 
@@ -15,7 +16,7 @@ using zetac::tool::Outcome;
 
 constexpr const char* kExitStatuses =
     "Exit status: 0 all is well, 1 something was damaged and concealed or passed over,\n"
-    "2 a file could not be read, decoded or written.";
+    "2 a file could not be read, converted or written.";
 
 std::string versionText() {
     const ZetLibraryVersion* v = zetacGetLibVersion();
@@ -38,18 +39,26 @@ CLI::App* addInfo(CLI::App& app, zetac::tool::InfoOptions& options) {
     return info;
 }
 
+/** The options that decoding and encoding share. */
+void addConversionOptions(CLI::App& command, zetac::tool::ConversionOptions& options,
+                          const std::string& format, const std::string& extension) {
+    command.add_option("-o,--output", options.output,
+                       format +
+                           " file, folder, or - for standard output; default: the input's "
+                           "name with " +
+                           extension);
+    command.add_option("-j,--jobs", options.jobs, "Files to work on at once; default: all cores")
+        ->check(CLI::PositiveNumber);
+    command.add_flag("-f,--force", options.isForced, "Overwrite existing output files");
+    command.add_flag("-q,--quiet", options.isQuiet, "Show errors only");
+}
+
 CLI::App* addDecode(CLI::App& app, zetac::tool::DecodeOptions& options) {
     CLI::App* decode = app.add_subcommand("decode", "Decode AAC and MP3 files to 16-bit WAV");
     decode
         ->add_option("FILE", options.files, "AAC (ADTS or ADIF) or MP3 files; - is standard input")
         ->required();
-    decode->add_option("-o,--output", options.output,
-                       "WAV file, folder, or - for standard output; default: the input's name with "
-                       ".wav");
-    decode->add_option("-j,--jobs", options.jobs, "Files to decode at once; default: all cores")
-        ->check(CLI::PositiveNumber);
-    decode->add_flag("-f,--force", options.isForced, "Overwrite existing output files");
-    decode->add_flag("-q,--quiet", options.isQuiet, "Show errors only");
+    addConversionOptions(*decode, options, "WAV", ".wav");
     decode->add_flag("--strict", options.isStrict,
                      "Give up a file at its first damage instead of concealing it");
     decode->add_flag_callback(
@@ -77,27 +86,75 @@ CLI::App* addDecode(CLI::App& app, zetac::tool::DecodeOptions& options) {
     return decode;
 }
 
+CLI::App* addEncode(CLI::App& app, zetac::tool::EncodeOptions& options) {
+    using zetac::tool::ChannelMode;
+    static const std::map<std::string, ChannelMode> kModes = {{"joint", ChannelMode::kJoint},
+                                                              {"stereo", ChannelMode::kStereo},
+                                                              {"mono", ChannelMode::kMono}};
+    CLI::App* encode = app.add_subcommand("encode", "Encode sound files to MP3");
+    encode
+        ->add_option("FILE", options.files,
+                     "WAV, FLAC, AIFF and other files of one or two channels; - is standard input")
+        ->required();
+    addConversionOptions(*encode, options, "MP3", ".mp3");
+    CLI::Option* bitRate =
+        encode
+            ->add_option("-b,--bit-rate", options.bitRate,
+                         "Constant bit rate in kbit/s; default: 128, mono 64")
+            ->check(CLI::IsMember({32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}));
+    encode
+        ->add_option("-V,--quality", options.quality,
+                     "Variable bit rate by quality, 0 (best) to 9 (smallest)")
+        ->check(CLI::Range(0, 9))
+        ->excludes(bitRate);
+    encode
+        ->add_option("-m,--mode", options.mode,
+                     "joint (default: M/S and intensity stereo where they help), stereo, or mono, "
+                     "which mixes two channels into one")
+        ->transform(CLI::CheckedTransformer(kModes, CLI::ignore_case).description("MODE"));
+    encode->add_flag("--crc", options.hasCrc, "Protect header and side information by a CRC-16");
+    encode->footer(
+        "The first frame tells players the length, what the encoder added at both ends, and where\n"
+        "to seek. Sound of another rate than 32, 44.1 or 48 kHz is resampled to the best of "
+        "these.\n"
+        "Examples:\n"
+        "  zetac encode song.wav             writes song.mp3 at 128 kbit/s\n"
+        "  zetac encode -b 256 *.flac -o mp3s\n"
+        "                                    writes mp3s/....mp3, on all cores\n"
+        "  zetac encode -V 2 song.aiff       as many bits as each frame needs\n"
+        "  zetac encode -m mono -b 48 talk.wav\n"
+        "  arecord -f cd -d 60 | zetac encode - -o minute.mp3\n" +
+        std::string(kExitStatuses));
+    return encode;
+}
+
 int run(int argc, char** argv) {
     CLI::App app(
-        "zetac shows and decodes AAC (ADTS and ADIF; profiles LC, Main, LTP and HE) and MP3 files.",
+        "zetac shows and decodes AAC (ADTS and ADIF; profiles LC, Main, LTP and HE) and MP3 files, "
+        "and encodes MP3.",
         "zetac");
     zetac::tool::InfoOptions infoOptions;
     zetac::tool::DecodeOptions decodeOptions;
+    zetac::tool::EncodeOptions encodeOptions;
     app.set_version_flag("--version", versionText);
     app.require_subcommand(1);
     CLI::App* info = addInfo(app, infoOptions);
-    addDecode(app, decodeOptions);
+    CLI::App* decode = addDecode(app, decodeOptions);
+    addEncode(app, encodeOptions);
     app.footer(
         "Examples:\n"
         "  zetac info song.aac               what is it?\n"
         "  zetac decode song.aac             writes song.wav\n"
-        "  zetac decode --help               all about decoding");
+        "  zetac encode song.wav             writes song.mp3\n"
+        "  zetac decode --help               all about decoding; likewise for encode");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : static_cast<int>(Outcome::kFailed);
     }
-    return static_cast<int>(*info ? runInfo(infoOptions) : runDecode(decodeOptions));
+    if (*info) return static_cast<int>(runInfo(infoOptions));
+    if (*decode) return static_cast<int>(runDecode(decodeOptions));
+    return static_cast<int>(runEncode(encodeOptions));
 }
 
 }  // namespace

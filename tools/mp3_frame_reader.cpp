@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "aac_bits.h"
-
 namespace zetac::codec {
 namespace {
 
@@ -14,14 +12,6 @@ constexpr size_t kHeaderBytes = 4;
 constexpr size_t kCrcBytes = 2;
 constexpr size_t kFrontBytesMax = kHeaderBytes + kCrcBytes + 32;  // and side information
 constexpr int kModeJointStereo = 1;
-
-/** Over the last two bytes of the header and the side information (ISO/IEC 11172-3, 2.4.3.1). */
-uint16_t crcOf(Zet8u* frame, size_t sideInfoBytes) {
-    AdtsCrc crc;
-    crc.add({frame + 2, 0}, 16, 0);
-    crc.add({frame + kHeaderBytes + kCrcBytes, 0}, sideInfoBytes * 8, 0);
-    return crc.value();
-}
 
 }  // namespace
 
@@ -47,7 +37,7 @@ Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     const size_t reservoir = mainDataBytes_;
     append(frame.data.subspan(frontBytes));
     isComplete_ = frame.data.size() == frame.length;
-    if (header_.protection_bit == 0 && crcOf(front, sideInfoBytes) != header_.crc_check) {
+    if (header_.protection_bit == 0 && mp3Crc(front, sideInfoBytes) != header_.crc_check) {
         return Mp3Fault::kCrcMismatch;
     }
     return readSideInfo(cursor, reservoir);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "aac_bits.h"
 #include "tags.h"
 
 namespace zetac::codec {
@@ -22,25 +23,24 @@ constexpr short kBitRates[kRateTables][15] = {
     {0, 32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},     // LSF Layer I
     {0, 8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}};         // LSF Layers II, III
 
-int bitRateOf(const Mp3Format& format, int index) {
-    const int table = format.version == 1 ? format.layer - 1 : format.layer == 1 ? 3 : 4;
-    return kBitRates[table][index] * 1000;
-}
-
 /** A slot has four bytes in Layer I and one in the others (ISO/IEC 11172-3, 2.4.3.1). */
 size_t slotBytes(const Mp3Format& format) {
     return format.layer == 1 ? 4 : 1;
 }
 
-/** Bytes of a frame without padding. */
-size_t frameBytes(const Mp3Format& format, int bitRate) {
+}  // namespace
+
+int mp3BitRate(const Mp3Format& format, int index) {
+    const int table = format.version == 1 ? format.layer - 1 : format.layer == 1 ? 3 : 4;
+    return kBitRates[table][index] * 1000;
+}
+
+size_t mp3FrameBytes(const Mp3Format& format, int bitRate) {
     const size_t slot = slotBytes(format);
     const auto bytes = static_cast<size_t>(format.samplesPerFrame() / 8) *
                        static_cast<size_t>(bitRate) / static_cast<size_t>(format.sampleRate());
     return bytes / slot * slot;
 }
-
-}  // namespace
 
 int Mp3Format::sampleRate() const {
     static constexpr int kRates[] = {44100, 48000, 32000};
@@ -56,6 +56,13 @@ int Mp3Format::samplesPerFrame() const {
 size_t mp3SideInfoBytes(bool isMpeg1, bool isMono) {
     if (isMpeg1) return isMono ? 17 : 32;
     return isMono ? 9 : 17;
+}
+
+uint16_t mp3Crc(Zet8u* frame, size_t sideInfoBytes) {
+    AdtsCrc crc;
+    crc.add({frame + 2, 0}, 16, 0);
+    crc.add({frame + kHeaderBytes + 2, 0}, sideInfoBytes * 8, 0);
+    return crc.value();
 }
 
 // --- Headers ------------------------------------------------------------------------------------
@@ -74,10 +81,10 @@ std::optional<Mp3Stream::Head> Mp3Stream::parse(size_t position) const {
     if (version == 0 || layer == 4 || index == 15 || frequency == 3) return std::nullopt;
     if ((p[3] & 3) == kReservedEmphasis) return std::nullopt;
     Head head{{version, layer, frequency}, 0, 0, 0};
-    head.bitRate = bitRateOf(head.format, index);
+    head.bitRate = mp3BitRate(head.format, index);
     head.padding = p[2] >> 1 & 1 ? slotBytes(head.format) : 0;
     if (head.bitRate != kFreeFormat) {
-        head.length = frameBytes(head.format, head.bitRate) + head.padding;
+        head.length = mp3FrameBytes(head.format, head.bitRate) + head.padding;
     } else if (freeBytes_ > 0) {
         head.length = freeBytes_ + head.padding;
     }

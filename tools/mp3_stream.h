@@ -103,4 +103,14 @@ class Mp3Stream {
 /** Bytes of side information behind the header (ISO/IEC 11172-3, 2.4.1.7; 13818-3, 2.4.1.7). */
 size_t mp3SideInfoBytes(bool isMpeg1, bool isMono);
 
+/** The error check of a protected frame: over the last two bytes of the header and the side
+ *  information, which follows the CRC word (ISO/IEC 11172-3, 2.4.3.1). */
+uint16_t mp3Crc(Zet8u* frame, size_t sideInfoBytes);
+
+/** bit/s by bitrate_index, 0 in free format. */
+int mp3BitRate(const Mp3Format& format, int index);
+
+/** Bytes of a frame without padding. */
+size_t mp3FrameBytes(const Mp3Format& format, int bitRate);
+
 }  // namespace zetac::codec

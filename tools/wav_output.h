@@ -10,11 +10,11 @@
 #include <string>
 
 #include "aac_layout.h"
+#include "output_file.h"
 
 namespace zetac::tool {
 
-/** Writes to a temporary file; commit() gives it its name, or sends it to standard output. Without
- *  commit() nothing remains. Methods throw Failure. */
+/** Nothing remains without commit(), as OutputFile has it. Methods throw Failure. */
 class WavOutput {
   public:
     /** @param path  "-" for standard output */
@@ -29,13 +29,9 @@ class WavOutput {
     void commit();
 
   private:
-    void createTemporary();
     void setChannelMask(const codec::ChannelLayout& layout);
-    void sendToStandardOutput();
 
-    std::string path_;
-    std::string temporary_;  // name; empty for a file without one
-    int descriptor_ = -1;
+    OutputFile output_;
     int channels_ = 0;
     uint64_t bytes_ = 0;
     SNDFILE* file_ = nullptr;

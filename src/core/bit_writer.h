@@ -46,6 +46,10 @@ class BitWriter {
         *ppStream = byte_;
         *pOffset = pending_;
     }
+    void store(Zet8u** ppStream) {
+        int offset;
+        store(ppStream, &offset);
+    }
 
   private:
     static void storeBigEndian32(Zet8u* p, uint32_t word) {

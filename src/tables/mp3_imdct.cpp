@@ -1,13 +1,13 @@
 #include "tables/mp3_imdct.h"
 
 #include "core/constexpr_math.h"
+#include "tables/mp3_block_window.h"
 
 namespace zetac::tables {
 namespace {
 
 using core::cosine;
 using core::kPi;
-using core::sine;
 
 // Table B.9.
 constexpr long double kAliasC[8] = {-0.6L,   -0.535L, -0.33L,   -0.185L,
@@ -23,16 +23,6 @@ constexpr Table<std::int32_t, 8> makeAlias(bool sineOfAngle) {
     return table;
 }
 
-constexpr long double windowLong(int blockType, int i) {
-    const bool second = i >= 18;
-    const int distance = second ? 35 - i : i;  // from the outer end
-    if ((blockType == 1 && second) || (blockType == 3 && !second)) {
-        if (distance < 6) return 0;
-        return distance < 12 ? sine(kPi / 12 * (distance - 6 + 0.5L)) : 1;
-    }
-    return sine(kPi / 36 * (i + 0.5L));
-}
-
 constexpr long double foldedFactor(int i, int size) {
     const long double sign = i + size / 2 < size ? 1 : -1;
     return sign / (2 * cosine(kPi / (4 * size) * (2 * imdctFold(i, size) + 1)));
@@ -42,7 +32,7 @@ constexpr Table<std::int32_t, 36> makeWindowLong(int blockType) {
     Table<std::int32_t, 36> table{};
     for (int i = 0; i < 36; ++i) {
         table.values[i] = core::toFixedPoint<std::int32_t>(
-            windowLong(blockType, i) * foldedFactor(i, 18), kImdctWindowFractionBits);
+            longBlockWindow(blockType, i) * foldedFactor(i, 18), kImdctWindowFractionBits);
     }
     return table;
 }
@@ -50,8 +40,8 @@ constexpr Table<std::int32_t, 36> makeWindowLong(int blockType) {
 constexpr Table<std::int32_t, 12> makeWindowShort() {
     Table<std::int32_t, 12> table{};
     for (int i = 0; i < 12; ++i) {
-        table.values[i] = core::toFixedPoint<std::int32_t>(
-            sine(kPi / 12 * (i + 0.5L)) * foldedFactor(i, 6), kImdctWindowFractionBits);
+        table.values[i] = core::toFixedPoint<std::int32_t>(shortBlockWindow(i) * foldedFactor(i, 6),
+                                                           kImdctWindowFractionBits);
     }
     return table;
 }

@@ -15,7 +15,8 @@ Pcm soundOf(const Bytes& aac) {
 
 TEST_F(Command, TeachesItself) {
     EXPECT_EQ(shell("$zetac --version").text.find("zetac on libzetacr5.so.5.2, version 5.2"), 0u);
-    for (const char* line : {"$zetac --help", "$zetac info --help", "$zetac decode --help"}) {
+    for (const char* line :
+         {"$zetac --help", "$zetac info --help", "$zetac decode --help", "$zetac encode --help"}) {
         const ShellRun run = shell(line);
         EXPECT_EQ(run.status, 0) << line;
         EXPECT_NE(run.text.find("Examples:"), std::string::npos) << line;

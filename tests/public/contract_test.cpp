@@ -22,6 +22,8 @@ const Table& table() {
         addMp3RequantRows(*rows);
         addMp3PsychoRows(*rows);
         addMp3SynthesisRows(*rows);
+        addMp3PackRows(*rows);
+        addMp3QuantizeRows(*rows);
         addMdctRows(*rows);
         addSbrFixedRows(*rows);
         addSbrFloatRows(*rows);

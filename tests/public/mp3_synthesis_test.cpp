@@ -12,7 +12,9 @@
 #include <random>
 #include <vector>
 
+#include "support/differences.h"
 #include "support/guarded.h"
+#include "support/mp3_analysis_model.h"
 #include "support/mp3_synthesis_model.h"
 
 namespace zetac::test {
@@ -65,19 +67,6 @@ struct Block {
 // The sequence of a transient, the same with mixed blocks, and sudden changes.
 constexpr Block kBlocks[] = {{0, 0}, {1, 0}, {2, 0}, {2, 0}, {3, 0}, {0, 0}, {1, 1},
                              {2, 1}, {2, 1}, {3, 1}, {0, 1}, {2, 0}, {0, 0}};
-
-struct Differences {
-    double sum = 0, squares = 0, largest = 0, count = 0;
-
-    void add(double difference) {
-        sum += difference;
-        squares += difference * difference;
-        largest = std::max(largest, std::abs(difference));
-        ++count;
-    }
-    double mean() const { return sum / count; }
-    double rms() const { return std::sqrt(squares / count); }
-};
 
 // PCM less the exact output, as it is and as rounded and limited to 16 bits.
 struct Accuracy {
@@ -334,25 +323,6 @@ TEST(Mp3Synthesis, saturatesAtExtremes) {
 
 using Analysis = ZetsAnalysisFilterSpec_PQMF_MP3_32f;
 using Synthesis = ZetsSynthesisFilterSpec_PQMF_MP3_32f;
-
-// The analysis bank of C.1.3 in full, with the window C = D / 32.
-struct AnalysisModel {
-    std::array<double, 512> x{};
-
-    std::array<double, 32> analyze(const float* pcm) {
-        std::copy_backward(x.begin(), x.end() - 32, x.end());
-        for (int i = 0; i < 32; ++i) x[i] = pcm[31 - i] / 32768;
-        double y[64] = {};
-        for (int i = 0; i < 512; ++i) y[i % 64] += synthesisWindowD(i) / 32 * x[i];
-        std::array<double, 32> s{};
-        for (int k = 0; k < 32; ++k) {
-            for (int i = 0; i < 64; ++i) {
-                s[k] += std::cos((2 * k + 1) * (i - 16) * std::numbers::pi / 64) * y[i];
-            }
-        }
-        return s;
-    }
-};
 
 struct Banks {
     Analysis* analysis = nullptr;

@@ -392,6 +392,8 @@ void addMp3UnpackRows(Table& table);
 void addMp3RequantRows(Table& table);
 void addMp3PsychoRows(Table& table);
 void addMp3SynthesisRows(Table& table);
+void addMp3PackRows(Table& table);
+void addMp3QuantizeRows(Table& table);
 void addMdctRows(Table& table);
 void addSbrFixedRows(Table& table);
 void addSbrFloatRows(Table& table);

@@ -65,6 +65,13 @@ class SynthesisModel {
         return z;
     }
 
+    static double windowLong(int blockType, int i) {
+        const double normal = std::sin(std::numbers::pi / 36 * (i + 0.5));
+        if (blockType == 3) return windowLong(1, 35 - i);
+        if (blockType == 0 || i < 18) return normal;
+        return i < 24 ? 1 : i < 30 ? std::sin(std::numbers::pi / 12 * (i - 18 + 0.5)) : 0;
+    }
+
   private:
     static double cosine64(int n) {
         static const auto table = [] {
@@ -80,12 +87,6 @@ class SynthesisModel {
             sum += x[k] * std::cos(std::numbers::pi / (2 * n) * (2 * i + 1 + n / 2) * (2 * k + 1));
         }
         return sum;
-    }
-    static double windowLong(int blockType, int i) {
-        const double normal = std::sin(std::numbers::pi / 36 * (i + 0.5));
-        if (blockType == 3) return windowLong(1, 35 - i);
-        if (blockType == 0 || i < 18) return normal;
-        return i < 24 ? 1 : i < 30 ? std::sin(std::numbers::pi / 12 * (i - 18 + 0.5)) : 0;
     }
     static void reduceAliases(std::array<double, 576>& x, int count) {
         constexpr double kC[8] = {-0.6, -0.535, -0.33, -0.185, -0.095, -0.041, -0.0142, -0.0037};
