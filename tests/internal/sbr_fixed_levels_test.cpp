@@ -17,41 +17,25 @@ using Values = std::vector<Zet32s>;
 // A kernel without the types of its samples.
 using Kernel = void (*)(const QmfFixedKernels&, const Zet32s*, Zet32s*, Zet32s*, int);
 
-const Zet32sc* pairs(const Zet32s* p) {
-    return reinterpret_cast<const Zet32sc*>(p);
-}
-
 struct Bank {
     const char* name;
     int slotLength;
     int outputs;
     Kernel run;
 };
+#define ZETAC_BANK(kernel, slotLength, outputs, Source, Result)                         \
+    {                                                                                   \
+#kernel, slotLength, outputs, [](auto& k, auto* src, auto* dst, auto* line, int at) { \
+         k.kernel(reinterpret_cast<const Source*>(src), reinterpret_cast<Result*>(dst), line, at); \
+     } \
+    }
 const Bank kBanks[] = {
-    {"analysisHQ", 32, 64,
-     [](auto& k, auto* src, auto* dst, auto* line, int position) {
-         k.analysisHQ(src, reinterpret_cast<Zet32sc*>(dst), line, position);
-     }},
-    {"analysisLP", 32, 32,
-     [](auto& k, auto* src, auto* dst, auto* line, int position) {
-         k.analysisLP(src, dst, line, position);
-     }},
-    {"synthesisHQ", 128, 64,
-     [](auto& k, auto* src, auto* dst, auto* line, int position) {
-         k.synthesisHQ(pairs(src), dst, line, position);
-     }},
-    {"synthesisLP", 128, 64,
-     [](auto& k, auto* src, auto* dst, auto* line, int position) {
-         k.synthesisLP(src, dst, line, position);
-     }},
-    {"synthesisDownHQ", 64, 32,
-     [](auto& k, auto* src, auto* dst, auto* line, int position) {
-         k.synthesisDownHQ(pairs(src), dst, line, position);
-     }},
-    {"synthesisDownLP", 64, 32,
-     [](auto& k, auto* src, auto* dst, auto* line, int position) {
-         k.synthesisDownLP(src, dst, line, position);
-     }},
+    ZETAC_BANK(analysisHQ, 32, 64, Zet32s, Zet32sc),
+    ZETAC_BANK(analysisLP, 32, 32, Zet32s, Zet32s),
+    ZETAC_BANK(synthesisHQ, 128, 64, Zet32sc, Zet32s),
+    ZETAC_BANK(synthesisLP, 128, 64, Zet32s, Zet32s),
+    ZETAC_BANK(synthesisDownHQ, 64, 32, Zet32sc, Zet32s),
+    ZETAC_BANK(synthesisDownLP, 64, 32, Zet32s, Zet32s),
 };
 
 // Outputs of 24 slots and the line that they leave.
