@@ -41,6 +41,7 @@ class ZetacAac final : public Decoder {
             blocks->finish(frame.bytesUsed, !failed(frame.fault));
             blocks_.push_back(block);
         }
+        rewind();
     }
 
     void rewind() override { decoder_ = std::make_unique<zetac::codec::AacDecoder>(options_); }
