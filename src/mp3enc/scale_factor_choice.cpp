@@ -29,8 +29,8 @@ constexpr int ceilShift(int a, int shift) {
 // The steps of one choice of scalefac_scale, preflag and gain.
 class Candidate {
   public:
-    Candidate(const BandLayout& layout, const BandDemand* demands, const Zet8s* granule0, int scale,
-              bool preflag)
+    Candidate(const BandLayout& layout, const BandDemand* demands, const Zet16s* granule0,
+              int scale, bool preflag)
         : layout_(layout),
           demands_(demands),
           granule0_(granule0),
@@ -128,7 +128,7 @@ class Candidate {
             const int most = floorShift(base - demand.finest, shift_) - fixed;
             factor = std::clamp(std::min(wanted, most), 0, kMaxScaleFactor[band.upper]);
         }
-        choice.scaleFactors[b] = static_cast<Zet8s>(factor);
+        choice.scaleFactors[b] = static_cast<Zet16s>(factor);
         choice.steps[b] = stepOf(band, base, factor);
     }
 
@@ -177,8 +177,7 @@ class Candidate {
             result.ownCost += costOfBand(b, choice.steps[b]);
             result.ownBits = std::max(result.ownBits, bitsOfScaleFactor(own));
             if (!result.canReuse) continue;
-            const int step =
-                stepOf(band, choice.gain, granule0_[static_cast<int>(band.scaleFactor)]);
+            const int step = stepOf(band, choice.gain, granule0_[band.scaleFactor]);
             if (demands_[b].isCoded && (step > demands_[b].step || step < demands_[b].finest))
                 result.canReuse = false;
             result.reuseCost += costOfBand(b, step);
@@ -224,7 +223,7 @@ class Candidate {
 
     const BandLayout& layout_;
     const BandDemand* demands_;
-    const Zet8s* granule0_;
+    const Zet16s* granule0_;
     int shift_;  // a scale factor counts 2^shift quarter steps
     bool preflag_;
     int base_[kClasses];  // highest
@@ -232,35 +231,33 @@ class Candidate {
 };
 
 // Puts granule 0's scale factors where they are reused.
-void applyReuse(const BandLayout& layout, const Zet8s* granule0, StepChoice& choice) {
+void applyReuse(const BandLayout& layout, const Zet16s* granule0, StepChoice& choice) {
     if (layout.hasShort || granule0 == nullptr) return;
     for (int b = 0; b < layout.count; ++b) {
         const Band& band = layout.bands[b];
         if (band.scaleFactor == kNoScaleFactor || !choice.reuses[band.scfsiGroup]) continue;
-        const int factor = granule0[static_cast<int>(band.scaleFactor)];
+        const int factor = granule0[band.scaleFactor];
         const int shift = 1 + choice.scalefac_scale;
         choice.steps[b] -= (factor - choice.scaleFactors[b]) << shift;
-        choice.scaleFactors[b] = static_cast<Zet8s>(factor);
+        choice.scaleFactors[b] = static_cast<Zet16s>(factor);
     }
 }
 
 }  // namespace
 
-StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, const Zet8s* granule0) {
+StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands,
+                       const Zet16s* granule0) {
     StepChoice best{}, trial{};
     int least = INT_MAX;
-    for (int scale = 0; scale < 2; ++scale) {
-        for (int preflag = 0; preflag < (layout.hasShort ? 1 : 2); ++preflag) {
-            Candidate candidate(layout, demands, granule0, scale, preflag != 0);
-            const int highest = candidate.highestGain();
-            if (highest == INT_MIN) return best;
-            for (int gain = highest; gain > highest - candidate.gainsToTry(); --gain) {
-                const int cost = candidate.evaluate(gain, trial);
-                if (cost < least) {
-                    least = cost;
-                    best = trial;
-                }
-            }
+    for (int kind = 0; kind < (layout.hasShort ? 2 : 4); ++kind) {
+        Candidate candidate(layout, demands, granule0, kind % 2, kind / 2 != 0);
+        const int highest = candidate.highestGain();
+        if (highest == INT_MIN) return best;
+        for (int gain = highest; gain > highest - candidate.gainsToTry(); --gain) {
+            const int cost = candidate.evaluate(gain, trial);
+            if (cost >= least) continue;
+            least = cost;
+            best = trial;
         }
     }
     applyReuse(layout, granule0, best);

@@ -22,14 +22,14 @@ struct StepChoice {
     int gain;  // step exponent of global_gain
     int subblock_gain[kWindows];
     int scalefac_scale, preflag;
-    bool reuses[kScfsiGroups];      // the group takes the scale factors of granule 0
-    int steps[kMaxBands];           // step exponents that result
-    Zet8s scaleFactors[kMaxBands];  // by band
+    bool reuses[kScfsiGroups];       // the group takes the scale factors of granule 0
+    int steps[kMaxBands];            // step exponents that result
+    Zet16s scaleFactors[kMaxBands];  // by band
 };
 
 // granule0: by place, scale factors that scfsi can take over, or null. Steps are finer than
 // demanded where that saves bits, and coarser only where the ranges of the syntax leave no choice.
-StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, const Zet8s* granule0);
+StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, const Zet16s* granule0);
 
 // scalefac_compress with the fewest bits for numLower and numUpper values that need that many bits
 // each; at most 4 and 3.
