@@ -11,11 +11,10 @@ namespace {
 constexpr int kMaxScaleFactor[2] = {15, 7};  // of slen1 and slen2
 constexpr int kSubblockSteps = 8;            // quarter steps of a subblock_gain
 constexpr int kMaxSubblockGain = 7;
+constexpr int kGroupStart[kScfsiGroups] = {0, 6, 11, 16};
 constexpr int kGroupBands[kScfsiGroups] = {6, 5, 5, 5};
 
-// Costs are in 1/16 bits. A quarter step makes a line that is not 0 cost 3/16 bit more.
-constexpr int kBit = 16;
-constexpr int kNonZeroCost = 3;
+constexpr int kBit = 16;            // of costs
 constexpr int kOverflow = 1 << 20;  // of magnitudes
 constexpr int kNoisePenalty = 8;    // a quarter step too coarse counts as that many too fine
 
@@ -39,12 +38,10 @@ class Candidate {
 
     // The highest gain that leaves all bands in the reach of their scale factors.
     int highestGain() {
+        findBases();
         int highest = INT_MIN;
-        for (int c = 0; c < kClasses; ++c) {
-            lowest_[c] = lowestBase(c);
-            base_[c] = highestBase(c);
-            if (base_[c] != INT_MAX) highest = std::max(highest, base_[c]);
-        }
+        for (const int base : base_)
+            if (base != INT_MAX) highest = std::max(highest, base);
         // Long bands have no subblock gain.
         return base_[kLongClass] != INT_MAX ? base_[kLongClass] : highest;
     }
@@ -79,43 +76,43 @@ class Candidate {
   private:
     int pretabOf(const Band& band) const { return preflag_ ? band.pretab : 0; }
 
-    // What the magnitudes of a class allow; INT_MIN where it codes nothing.
-    int lowestBase(int stepClass) const {
-        int lowest = INT_MIN;
-        for (int b = 0; b < layout_.count; ++b) {
-            const Band& band = layout_.bands[b];
-            if (band.stepClass == stepClass && demands_[b].isCoded)
-                lowest = std::max(lowest, demands_[b].finest + (pretabOf(band) << shift_));
+    // For each class the lowest base that the magnitudes allow, INT_MIN where it codes nothing, and
+    // the highest one that is of use to some band and brings all scale factors in reach; INT_MAX
+    // where it codes nothing.
+    void findBases() {
+        int inReach[kClasses];
+        for (int c = 0; c < kClasses; ++c) {
+            lowest_[c] = base_[c] = INT_MIN;
+            inReach[c] = INT_MAX;
         }
-        return lowest;
-    }
-
-    // The highest base that is of use to some band and brings all scale factors of the class in
-    // reach; INT_MAX where the class codes nothing.
-    int highestBase(int stepClass) const {
-        if (lowest_[stepClass] == INT_MIN) return INT_MAX;
-        int highest = INT_MIN, inReach = INT_MAX;
         for (int b = 0; b < layout_.count; ++b) {
             const Band& band = layout_.bands[b];
             const BandDemand& demand = demands_[b];
-            if (band.stepClass != stepClass || !demand.isCoded) continue;
+            if (!demand.isCoded) continue;
+            const int c = band.stepClass, fixed = pretabOf(band);
+            lowest_[c] = std::max(lowest_[c], demand.finest + (fixed << shift_));
             if (band.scaleFactor == kNoScaleFactor) continue;
-            const int fixed = pretabOf(band);
             const int most = kMaxScaleFactor[band.upper];
-            highest = std::max(highest, demand.step + (fixed << shift_));
-            inReach = std::min(inReach, demand.step + ((most + fixed) << shift_));
+            base_[c] = std::max(base_[c], demand.step + (fixed << shift_));
+            inReach[c] = std::min(inReach[c], demand.step + ((most + fixed) << shift_));
         }
-        return highest == INT_MIN ? topStep(stepClass)
-                                  : std::max(std::min(highest, inReach), lowest_[stepClass]);
+        for (int c = 0; c < kClasses; ++c) {
+            if (lowest_[c] == INT_MIN) {
+                base_[c] = INT_MAX;
+            } else if (base_[c] == INT_MIN) {
+                base_[c] = topStep(c);
+            } else {
+                base_[c] = std::max(std::min(base_[c], inReach[c]), lowest_[c]);
+            }
+        }
     }
 
-    // The uppermost band has no scale factor: only the gain can serve it, at the cost of all
-    // others.
-    const BandDemand& topOf(int stepClass) const {
+    // The uppermost band has no scale factor. Only the gain could serve it, at the cost of all
+    // others; so it asks for nothing unless it is alone.
+    int topStep(int stepClass) const {
         const int window = stepClass == kLongClass ? kWindows - 1 : stepClass;
-        return demands_[layout_.count - kWindows + window];
+        return demands_[layout_.count - kWindows + window].step;
     }
-    int topStep(int stepClass) const { return topOf(stepClass).step; }
 
     // The scale factor of band b, and the step that results.
     void assign(int b, int base, StepChoice& choice) const {
@@ -140,13 +137,11 @@ class Candidate {
     int costOfBand(int b, int step) const {
         const BandDemand& demand = demands_[b];
         if (!demand.isCoded) return 0;
-        const int zeros = layout_.bands[b].width - demand.nonZero;
-        const int weight = kNonZeroCost * demand.nonZero + zeros / 2;
         const int tooFine = demand.step - step;
         if (step < demand.finest) return kOverflow;
-        if (tooFine >= 0) return weight * tooFine;
+        if (tooFine >= 0) return demand.weight * tooFine;
         const bool hasFactor = layout_.bands[b].scaleFactor != kNoScaleFactor;
-        return hasFactor ? -kNoisePenalty * weight * tooFine : 0;
+        return hasFactor ? -kNoisePenalty * demand.weight * tooFine : 0;
     }
 
     int costOfShort(const StepChoice& choice) const {
@@ -170,18 +165,19 @@ class Candidate {
     Group groupOf(int group, const StepChoice& choice) const {
         Group result;
         result.canReuse = granule0_ != nullptr;
-        for (int b = 0; b < layout_.count; ++b) {
+        int highest = 0;
+        const int first = kGroupStart[group];
+        for (int b = first; b < first + kGroupBands[group]; ++b) {
             const Band& band = layout_.bands[b];
-            if (band.scfsiGroup != group || band.scaleFactor == kNoScaleFactor) continue;
-            const int own = choice.scaleFactors[b];
+            highest = std::max<int>(highest, choice.scaleFactors[b]);
             result.ownCost += costOfBand(b, choice.steps[b]);
-            result.ownBits = std::max(result.ownBits, bitsOfScaleFactor(own));
             if (!result.canReuse) continue;
             const int step = stepOf(band, choice.gain, granule0_[band.scaleFactor]);
             if (demands_[b].isCoded && (step > demands_[b].step || step < demands_[b].finest))
                 result.canReuse = false;
             result.reuseCost += costOfBand(b, step);
         }
+        result.ownBits = bitsOfScaleFactor(highest);
         return result;
     }
 

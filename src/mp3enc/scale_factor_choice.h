@@ -4,6 +4,8 @@
 
 #include <zetac.h>
 
+#include <bit>
+
 #include "mp3enc/band_layout.h"
 
 namespace zetac::mp3enc {
@@ -15,7 +17,7 @@ struct BandDemand {
     bool isCoded;  // whether any line is to be more than 0
     int step;      // the largest step exponent with little enough noise
     int finest;    // the smallest one that the largest magnitude allows
-    int nonZero;   // lines that are not 0 at that step
+    int weight;    // 1/16 bits that a quarter step finer costs
 };
 
 struct StepChoice {
@@ -37,9 +39,7 @@ int chooseCompress(int lowerBits, int upperBits, int numLower, int numUpper);
 
 // The bits of a scale factor.
 constexpr int bitsOfScaleFactor(int value) {
-    int bits = 0;
-    while (value >> bits != 0) ++bits;
-    return bits;
+    return std::bit_width(static_cast<unsigned>(value));
 }
 
 }  // namespace zetac::mp3enc
