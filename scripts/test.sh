@@ -24,7 +24,7 @@ while [ $# -gt 0 ]; do
 done
 
 packages=(g++ cmake ninja-build pkg-config binutils googletest libbenchmark-dev libsndfile1-dev
-    libcli11-dev)
+    libsoxr-dev libcli11-dev libmpg123-dev)
 if [ ${#presets[@]} -gt 0 ]; then
     stages=("${presets[@]}")
 elif $quick; then
@@ -35,7 +35,7 @@ fi
 for stage in "${stages[@]}"; do
     case $stage in
     format) packages+=(clang-format) ;;
-    x86) packages+=(g++-multilib libsndfile1-dev:i386) ;;
+    x86) packages+=(g++-multilib libsndfile1-dev:i386 libsoxr-dev:i386 libmpg123-dev:i386) ;;
     fuzz) packages+=(clang libclang-rt-dev) ;;
     tidy) packages+=(clang-tidy) ;;
     x64 | asan | tsan) ;;

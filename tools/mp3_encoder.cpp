@@ -105,6 +105,7 @@ std::vector<Zet8u> Mp3Encoder::infoFrame() const {
 }
 
 ZetStatus Mp3Encoder::encodeFrame(std::vector<Zet8u>& out) {
+    if (settings_.quality >= 0) header_.bitrate_index = kVariable;  // for the model as well
     size_t frameBytes = 0;
     int mainDataBegin = 0;
     ZetStatus status = frames_ == 0 ? primeModel() : zetStsOk;
@@ -194,12 +195,8 @@ size_t Mp3Encoder::paddedFrameBytes() {
 ZetStatus Mp3Encoder::quantise(size_t& frameBytes, int& mainDataBegin) {
     const bool isVariable = settings_.quality >= 0;
     mainDataBegin = reservoir_.held / 8;
-    if (isVariable) {
-        header_.bitrate_index = kVariable;
-        frameBytes = mp3FrameBytes(format_, mp3BitRate(format_, kHighestBitRate));
-    } else {
-        frameBytes = paddedFrameBytes();
-    }
+    frameBytes = isVariable ? mp3FrameBytes(format_, mp3BitRate(format_, kHighestBitRate))
+                            : paddedFrameBytes();
     const int mainBits = mainDataBits(frameBytes);
     const ZetStatus status = zetsQuantize_MP3_32s_I(
         frame_.lines[0], frame_.scaleFactor[0], frame_.scfsi, frame_.count1Len, frame_.hufSize,

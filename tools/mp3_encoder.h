@@ -67,10 +67,10 @@ class Mp3Encoder {
 
     /** What becomes of a frame on its way. */
     struct FrameData {
+        alignas(64) Zet32s lines[4][ZETAC_MP3_GRANULE_LEN];
         ZetMP3GranuleSideInfo sideInfo[4] = {};
         ZetMP3PsyOutput psy[4] = {};
         Zet32s intensityBound[6] = {};
-        alignas(64) Zet32s lines[4][ZETAC_MP3_GRANULE_LEN];
         Zet8s scaleFactor[4][ZETAC_MP3_SCF_MAX] = {};
         int scfsi[8] = {};
         int count1Len[4] = {};

@@ -66,7 +66,7 @@ void PcmInput::open(const std::string& path) {
                 },
             .write = nullptr,
             .tell = [](void* user) { return static_cast<Memory*>(user)->position; }};
-        memory_.reset(new Memory{.data = FileData("-")});
+        memory_ = std::make_unique<Memory>(Memory{.data = FileData("-")});
         file_.reset(sf_open_virtual(&io, SFM_READ, &info_, memory_.get()));
     } else {
         std::error_code error;

@@ -40,7 +40,9 @@ struct Product96 {
         high = (a >> 32) * b + (lower >> 32);
         low = static_cast<uint32_t>(lower);
     }
-    auto operator<=>(const Product96&) const = default;
+    bool operator>=(const Product96& other) const {
+        return high != other.high ? high > other.high : low >= other.low;
+    }
 };
 
 int positionOf(uint64_t leftEnergy, uint64_t rightEnergy) {

@@ -42,6 +42,8 @@ void expectHeaders(const Bytes& mp3, const Mp3EncoderSettings& settings) {
         ASSERT_EQ(frame[3] >> 6, settings.channels == 1 ? 3 : settings.isJoint ? 1 : 0);
         ASSERT_TRUE(settings.isJoint || (frame[3] & 0x30) == 0);
         if (i == 0) continue;
+        // Intensity stereo belongs to low constant bit rates.
+        ASSERT_TRUE((settings.bitRate < 128 && settings.quality < 0) || (frame[3] & 0x10) == 0);
         bytes += frame.size();
         // At a constant bit rate frames are never more than a byte off the average.
         if (settings.quality < 0) {

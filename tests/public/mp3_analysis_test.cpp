@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "support/differences.h"
 #include "support/guarded.h"
 #include "support/mp3_analysis_model.h"
 #include "support/mp3_bands.h"
@@ -19,19 +20,6 @@ namespace {
 
 constexpr double kUnit = 0x1p-26;
 constexpr int kHistory = 480;
-
-struct Differences {
-    double sum = 0, squares = 0, largest = 0, count = 0;
-
-    void add(double difference) {
-        sum += difference;
-        squares += difference * difference;
-        largest = std::max(largest, std::abs(difference));
-        ++count;
-    }
-    double mean() const { return sum / count; }
-    double rms() const { return std::sqrt(squares / count); }
-};
 
 struct Block {
     int type;

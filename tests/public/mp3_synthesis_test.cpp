@@ -13,6 +13,7 @@
 #include <random>
 #include <vector>
 
+#include "support/differences.h"
 #include "support/guarded.h"
 #include "support/mp3_analysis_model.h"
 #include "support/mp3_synthesis_model.h"
@@ -67,19 +68,6 @@ struct Block {
 // The sequence of a transient, the same with mixed blocks, and sudden changes.
 constexpr Block kBlocks[] = {{0, 0}, {1, 0}, {2, 0}, {2, 0}, {3, 0}, {0, 0}, {1, 1},
                              {2, 1}, {2, 1}, {3, 1}, {0, 1}, {2, 0}, {0, 0}};
-
-struct Differences {
-    double sum = 0, squares = 0, largest = 0, count = 0;
-
-    void add(double difference) {
-        sum += difference;
-        squares += difference * difference;
-        largest = std::max(largest, std::abs(difference));
-        ++count;
-    }
-    double mean() const { return sum / count; }
-    double rms() const { return std::sqrt(squares / count); }
-};
 
 // PCM less the exact output, as it is and as rounded and limited to 16 bits.
 struct Accuracy {
