@@ -28,10 +28,10 @@ constexpr int scfsiGroupOf(int longBand) {
 }
 
 // The ratio of the first window of the short band where a line of a long block lies.
-constexpr Zet8s shortRatioAt(int rate, int line) {
+constexpr Zet16s shortRatioAt(int rate, int line) {
     int band = 0;
     while (kWindows * shortStarts(rate)[band + 1] <= line) ++band;
-    return static_cast<Zet8s>(kWindows * band);
+    return static_cast<Zet16s>(kWindows * band);
 }
 
 constexpr void addLong(BandLayout& layout, int rate, int numBands, bool isMixed) {
@@ -41,12 +41,12 @@ constexpr void addLong(BandLayout& layout, int rate, int numBands, bool isMixed)
         Band& band = layout.bands[layout.count++];
         band.start = starts[b];
         band.width = static_cast<Zet16s>(starts[b + 1] - starts[b]);
-        band.number = static_cast<Zet8s>(b);
+        band.number = static_cast<Zet16s>(b);
         band.stepClass = kLongClass;
-        band.scaleFactor = static_cast<Zet8s>(isCoded ? b : kNoScaleFactor);
+        band.scaleFactor = static_cast<Zet16s>(isCoded ? b : kNoScaleFactor);
         band.upper = b >= kFirstUpperLongBand;
-        band.scfsiGroup = static_cast<Zet8s>(scfsiGroupOf(b));
-        band.ratio = isMixed ? shortRatioAt(rate, starts[b]) : static_cast<Zet8s>(b - !isCoded);
+        band.scfsiGroup = static_cast<Zet16s>(scfsiGroupOf(b));
+        band.ratio = isMixed ? shortRatioAt(rate, starts[b]) : static_cast<Zet16s>(b - !isCoded);
         band.pretab = tables::kMP3Pretab[b];
         if (isCoded) ++(band.upper ? layout.numUpper : layout.numLower);
     }
@@ -62,11 +62,11 @@ constexpr void addShort(BandLayout& layout, int rate, int firstBand) {
             Band& band = layout.bands[layout.count++];
             band.start = static_cast<Zet16s>(kWindows * starts[b] + window * width);
             band.width = static_cast<Zet16s>(width);
-            band.number = static_cast<Zet8s>(b);
-            band.stepClass = static_cast<Zet8s>(window);
-            band.scaleFactor = static_cast<Zet8s>(isCoded ? place++ : kNoScaleFactor);
+            band.number = static_cast<Zet16s>(b);
+            band.stepClass = static_cast<Zet16s>(window);
+            band.scaleFactor = static_cast<Zet16s>(isCoded ? place++ : kNoScaleFactor);
             band.upper = b >= kFirstUpperShortBand;
-            band.ratio = static_cast<Zet8s>(kWindows * (b - !isCoded) + window);
+            band.ratio = static_cast<Zet16s>(kWindows * (b - !isCoded) + window);
             if (isCoded) ++(band.upper ? layout.numUpper : layout.numLower);
         }
     }

@@ -17,12 +17,12 @@ inline constexpr int kClasses = 4;
 
 struct Band {
     Zet16s start, width;  // lines
-    Zet8s number;         // among the long or the short bands
-    Zet8s stepClass;      // window, or kLongClass
-    Zet8s scaleFactor;    // its place, or kNoScaleFactor
-    Zet8s upper;          // 0: the scale factor has slen1 bits; 1: slen2
-    Zet8s scfsiGroup;     // long bands
-    Zet8s ratio;          // its place in ZetMP3PsyOutput; the band below's where there is none
+    Zet16s number;        // among the long or the short bands
+    Zet16s stepClass;     // window, or kLongClass
+    Zet16s scaleFactor;   // its place, or kNoScaleFactor
+    Zet16s upper;         // 0: the scale factor has slen1 bits; 1: slen2
+    Zet16s scfsiGroup;    // long bands
+    Zet16s ratio;         // its place in ZetMP3PsyOutput; the band below's where there is none
     Zet8s pretab;         // steps that preflag adds
 };
 

@@ -25,7 +25,7 @@ struct GranuleCode {
     int count1Len;
     int nonZero;  // lines
     int scfsi[4];
-    Zet8s scaleFactors[ZETAC_MP3_SCF_MAX];
+    Zet16s scaleFactors[ZETAC_MP3_SCF_MAX];
     Zet16s magnitudes[ZETAC_MP3_GRANULE_LEN];
 };
 

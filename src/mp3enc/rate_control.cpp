@@ -113,21 +113,21 @@ int FrameCoder::stuff(int bits) {
     return bits;
 }
 
-int FrameCoder::code(const FrameBudget& frame) {
+int FrameCoder::code(const FrameBudget& budget) {
     for (int& floor : floor_) floor = kFinestLevel;
-    const int available = frame.meanBits + frame.held;
+    const int available = budget.meanBits + budget.held;
     const Trial first = codeAll(0);
     const int need = first.bits;
-    if (frame.isVariable) {
+    if (budget.isVariable) {
         const int most = roundDown8(available);
         const bool fitsAtOnce = need <= most;
         if (fitsAtOnce) keep();
         const int bits = fitsAtOnce ? need : fit(first, most);
         stuff(-bits & 7);
-        return frame.held;
+        return budget.held;
     }
-    const int bits = fit(first, budgetFor(need, frame));
-    const int left = std::min(roundDown8(available - bits), roundDown8(frame.capacity));
+    const int bits = fit(first, budgetFor(need, budget));
+    const int left = std::min(roundDown8(available - bits), roundDown8(budget.capacity));
     stuff(available - bits - left);
     return left;
 }

@@ -11,11 +11,10 @@ namespace {
 constexpr int kMaxScaleFactor[2] = {15, 7};  // of slen1 and slen2
 constexpr int kSubblockSteps = 8;            // quarter steps of a subblock_gain
 constexpr int kMaxSubblockGain = 7;
+constexpr int kGroupStart[kScfsiGroups] = {0, 6, 11, 16};
 constexpr int kGroupBands[kScfsiGroups] = {6, 5, 5, 5};
 
-// Costs are in 1/16 bits. A quarter step makes a line that is not 0 cost 3/16 bit more.
-constexpr int kBit = 16;
-constexpr int kNonZeroCost = 3;
+constexpr int kBit = 16;            // of costs
 constexpr int kOverflow = 1 << 20;  // of magnitudes
 constexpr int kNoisePenalty = 8;    // a quarter step too coarse counts as that many too fine
 
@@ -29,8 +28,8 @@ constexpr int ceilShift(int a, int shift) {
 // The steps of one choice of scalefac_scale, preflag and gain.
 class Candidate {
   public:
-    Candidate(const BandLayout& layout, const BandDemand* demands, const Zet8s* granule0, int scale,
-              bool preflag)
+    Candidate(const BandLayout& layout, const BandDemand* demands, const Zet16s* granule0,
+              int scale, bool preflag)
         : layout_(layout),
           demands_(demands),
           granule0_(granule0),
@@ -39,12 +38,10 @@ class Candidate {
 
     // The highest gain that leaves all bands in the reach of their scale factors.
     int highestGain() {
+        findBases();
         int highest = INT_MIN;
-        for (int c = 0; c < kClasses; ++c) {
-            lowest_[c] = lowestBase(c);
-            base_[c] = highestBase(c);
-            if (base_[c] != INT_MAX) highest = std::max(highest, base_[c]);
-        }
+        for (const int base : base_)
+            if (base != INT_MAX) highest = std::max(highest, base);
         // Long bands have no subblock gain.
         return base_[kLongClass] != INT_MAX ? base_[kLongClass] : highest;
     }
@@ -79,43 +76,43 @@ class Candidate {
   private:
     int pretabOf(const Band& band) const { return preflag_ ? band.pretab : 0; }
 
-    // What the magnitudes of a class allow; INT_MIN where it codes nothing.
-    int lowestBase(int stepClass) const {
-        int lowest = INT_MIN;
-        for (int b = 0; b < layout_.count; ++b) {
-            const Band& band = layout_.bands[b];
-            if (band.stepClass == stepClass && demands_[b].isCoded)
-                lowest = std::max(lowest, demands_[b].finest + (pretabOf(band) << shift_));
+    // For each class the lowest base that the magnitudes allow, INT_MIN where it codes nothing, and
+    // the highest one that is of use to some band and brings all scale factors in reach; INT_MAX
+    // where it codes nothing.
+    void findBases() {
+        int inReach[kClasses];
+        for (int c = 0; c < kClasses; ++c) {
+            lowest_[c] = base_[c] = INT_MIN;
+            inReach[c] = INT_MAX;
         }
-        return lowest;
-    }
-
-    // The highest base that is of use to some band and brings all scale factors of the class in
-    // reach; INT_MAX where the class codes nothing.
-    int highestBase(int stepClass) const {
-        if (lowest_[stepClass] == INT_MIN) return INT_MAX;
-        int highest = INT_MIN, inReach = INT_MAX;
         for (int b = 0; b < layout_.count; ++b) {
             const Band& band = layout_.bands[b];
             const BandDemand& demand = demands_[b];
-            if (band.stepClass != stepClass || !demand.isCoded) continue;
+            if (!demand.isCoded) continue;
+            const int c = band.stepClass, fixed = pretabOf(band);
+            lowest_[c] = std::max(lowest_[c], demand.finest + (fixed << shift_));
             if (band.scaleFactor == kNoScaleFactor) continue;
-            const int fixed = pretabOf(band);
             const int most = kMaxScaleFactor[band.upper];
-            highest = std::max(highest, demand.step + (fixed << shift_));
-            inReach = std::min(inReach, demand.step + ((most + fixed) << shift_));
+            base_[c] = std::max(base_[c], demand.step + (fixed << shift_));
+            inReach[c] = std::min(inReach[c], demand.step + ((most + fixed) << shift_));
         }
-        return highest == INT_MIN ? topStep(stepClass)
-                                  : std::max(std::min(highest, inReach), lowest_[stepClass]);
+        for (int c = 0; c < kClasses; ++c) {
+            if (lowest_[c] == INT_MIN) {
+                base_[c] = INT_MAX;
+            } else if (base_[c] == INT_MIN) {
+                base_[c] = topStep(c);
+            } else {
+                base_[c] = std::max(std::min(base_[c], inReach[c]), lowest_[c]);
+            }
+        }
     }
 
-    // The uppermost band has no scale factor: only the gain can serve it, at the cost of all
-    // others.
-    const BandDemand& topOf(int stepClass) const {
+    // The uppermost band has no scale factor. Only the gain could serve it, at the cost of all
+    // others; so it asks for nothing unless it is alone.
+    int topStep(int stepClass) const {
         const int window = stepClass == kLongClass ? kWindows - 1 : stepClass;
-        return demands_[layout_.count - kWindows + window];
+        return demands_[layout_.count - kWindows + window].step;
     }
-    int topStep(int stepClass) const { return topOf(stepClass).step; }
 
     // The scale factor of band b, and the step that results.
     void assign(int b, int base, StepChoice& choice) const {
@@ -128,7 +125,7 @@ class Candidate {
             const int most = floorShift(base - demand.finest, shift_) - fixed;
             factor = std::clamp(std::min(wanted, most), 0, kMaxScaleFactor[band.upper]);
         }
-        choice.scaleFactors[b] = static_cast<Zet8s>(factor);
+        choice.scaleFactors[b] = static_cast<Zet16s>(factor);
         choice.steps[b] = stepOf(band, base, factor);
     }
 
@@ -140,13 +137,11 @@ class Candidate {
     int costOfBand(int b, int step) const {
         const BandDemand& demand = demands_[b];
         if (!demand.isCoded) return 0;
-        const int zeros = layout_.bands[b].width - demand.nonZero;
-        const int weight = kNonZeroCost * demand.nonZero + zeros / 2;
         const int tooFine = demand.step - step;
         if (step < demand.finest) return kOverflow;
-        if (tooFine >= 0) return weight * tooFine;
+        if (tooFine >= 0) return demand.weight * tooFine;
         const bool hasFactor = layout_.bands[b].scaleFactor != kNoScaleFactor;
-        return hasFactor ? -kNoisePenalty * weight * tooFine : 0;
+        return hasFactor ? -kNoisePenalty * demand.weight * tooFine : 0;
     }
 
     int costOfShort(const StepChoice& choice) const {
@@ -170,19 +165,19 @@ class Candidate {
     Group groupOf(int group, const StepChoice& choice) const {
         Group result;
         result.canReuse = granule0_ != nullptr;
-        for (int b = 0; b < layout_.count; ++b) {
+        int highest = 0;
+        const int first = kGroupStart[group];
+        for (int b = first; b < first + kGroupBands[group]; ++b) {
             const Band& band = layout_.bands[b];
-            if (band.scfsiGroup != group || band.scaleFactor == kNoScaleFactor) continue;
-            const int own = choice.scaleFactors[b];
+            highest = std::max<int>(highest, choice.scaleFactors[b]);
             result.ownCost += costOfBand(b, choice.steps[b]);
-            result.ownBits = std::max(result.ownBits, bitsOfScaleFactor(own));
             if (!result.canReuse) continue;
-            const int step =
-                stepOf(band, choice.gain, granule0_[static_cast<int>(band.scaleFactor)]);
+            const int step = stepOf(band, choice.gain, granule0_[band.scaleFactor]);
             if (demands_[b].isCoded && (step > demands_[b].step || step < demands_[b].finest))
                 result.canReuse = false;
             result.reuseCost += costOfBand(b, step);
         }
+        result.ownBits = bitsOfScaleFactor(highest);
         return result;
     }
 
@@ -224,7 +219,7 @@ class Candidate {
 
     const BandLayout& layout_;
     const BandDemand* demands_;
-    const Zet8s* granule0_;
+    const Zet16s* granule0_;
     int shift_;  // a scale factor counts 2^shift quarter steps
     bool preflag_;
     int base_[kClasses];  // highest
@@ -232,35 +227,33 @@ class Candidate {
 };
 
 // Puts granule 0's scale factors where they are reused.
-void applyReuse(const BandLayout& layout, const Zet8s* granule0, StepChoice& choice) {
+void applyReuse(const BandLayout& layout, const Zet16s* granule0, StepChoice& choice) {
     if (layout.hasShort || granule0 == nullptr) return;
     for (int b = 0; b < layout.count; ++b) {
         const Band& band = layout.bands[b];
         if (band.scaleFactor == kNoScaleFactor || !choice.reuses[band.scfsiGroup]) continue;
-        const int factor = granule0[static_cast<int>(band.scaleFactor)];
+        const int factor = granule0[band.scaleFactor];
         const int shift = 1 + choice.scalefac_scale;
         choice.steps[b] -= (factor - choice.scaleFactors[b]) << shift;
-        choice.scaleFactors[b] = static_cast<Zet8s>(factor);
+        choice.scaleFactors[b] = static_cast<Zet16s>(factor);
     }
 }
 
 }  // namespace
 
-StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, const Zet8s* granule0) {
+StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands,
+                       const Zet16s* granule0) {
     StepChoice best{}, trial{};
     int least = INT_MAX;
-    for (int scale = 0; scale < 2; ++scale) {
-        for (int preflag = 0; preflag < (layout.hasShort ? 1 : 2); ++preflag) {
-            Candidate candidate(layout, demands, granule0, scale, preflag != 0);
-            const int highest = candidate.highestGain();
-            if (highest == INT_MIN) return best;
-            for (int gain = highest; gain > highest - candidate.gainsToTry(); --gain) {
-                const int cost = candidate.evaluate(gain, trial);
-                if (cost < least) {
-                    least = cost;
-                    best = trial;
-                }
-            }
+    for (int kind = 0; kind < (layout.hasShort ? 2 : 4); ++kind) {
+        Candidate candidate(layout, demands, granule0, kind % 2, kind / 2 != 0);
+        const int highest = candidate.highestGain();
+        if (highest == INT_MIN) return best;
+        for (int gain = highest; gain > highest - candidate.gainsToTry(); --gain) {
+            const int cost = candidate.evaluate(gain, trial);
+            if (cost >= least) continue;
+            least = cost;
+            best = trial;
         }
     }
     applyReuse(layout, granule0, best);

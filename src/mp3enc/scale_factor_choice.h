@@ -4,6 +4,8 @@
 
 #include <zetac.h>
 
+#include <bit>
+
 #include "mp3enc/band_layout.h"
 
 namespace zetac::mp3enc {
@@ -15,21 +17,21 @@ struct BandDemand {
     bool isCoded;  // whether any line is to be more than 0
     int step;      // the largest step exponent with little enough noise
     int finest;    // the smallest one that the largest magnitude allows
-    int nonZero;   // lines that are not 0 at that step
+    int weight;    // 1/16 bits that a quarter step finer costs
 };
 
 struct StepChoice {
     int gain;  // step exponent of global_gain
     int subblock_gain[kWindows];
     int scalefac_scale, preflag;
-    bool reuses[kScfsiGroups];      // the group takes the scale factors of granule 0
-    int steps[kMaxBands];           // step exponents that result
-    Zet8s scaleFactors[kMaxBands];  // by band
+    bool reuses[kScfsiGroups];       // the group takes the scale factors of granule 0
+    int steps[kMaxBands];            // step exponents that result
+    Zet16s scaleFactors[kMaxBands];  // by band
 };
 
 // granule0: by place, scale factors that scfsi can take over, or null. Steps are finer than
 // demanded where that saves bits, and coarser only where the ranges of the syntax leave no choice.
-StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, const Zet8s* granule0);
+StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands, const Zet16s* granule0);
 
 // scalefac_compress with the fewest bits for numLower and numUpper values that need that many bits
 // each; at most 4 and 3.
@@ -37,9 +39,7 @@ int chooseCompress(int lowerBits, int upperBits, int numLower, int numUpper);
 
 // The bits of a scale factor.
 constexpr int bitsOfScaleFactor(int value) {
-    int bits = 0;
-    while (value >> bits != 0) ++bits;
-    return bits;
+    return std::bit_width(static_cast<unsigned>(value));
 }
 
 }  // namespace zetac::mp3enc
