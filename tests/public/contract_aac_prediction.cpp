@@ -11,9 +11,8 @@ void addStateRows(Table& table) {
     const Value len = value("len", kLines), nBands = value("nBands", 2);
     const Data pointer = data(sizeof(void*)), lines = elements<Zet32f>(kLines, 1);
     const Data flags = data(2, 1), offsets = elements<int>(3, 0);
-    const auto state = frontOf<ZetsFDPState_32f>([](ZetsFDPState_32f** ppState) {
-        zetsFDPInit_32f(ppState, kLines, lastingMemory(2 * kStateBytes));
-    });
+    const auto state = frontOf<ZetsFDPState_32f>(
+        [](ZetsFDPState_32f** ppState) { zetsFDPInit_32f(ppState, kLines, lastingMemory()); });
     const std::string is = isOf(state);
 
     table.ZETAC_ROW(zetsFDPGetSize_32f, len, data(sizeof(int)))

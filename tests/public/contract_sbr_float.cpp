@@ -25,18 +25,10 @@ struct Front {
 };
 
 // Memory for states, as long as the program lives.
-Zet8u* memoryOfStates() {
-    static std::deque<std::vector<Zet8u>> blocks;
-    return blocks.emplace_back(16384).data();
-}
-
 template <class Spec>
 Record<Front> frontOf(ZetStatus (*init)(Spec**, Zet8u*, Zet8u*)) {
-    Spec* spec = nullptr;
-    init(&spec, memoryOfStates(), memoryOfStates());
-    Front front;
-    std::memcpy(&front, spec, sizeof front);
-    return record(front);
+    return test::frontOf<Spec>(
+        [init](Spec** ppSpec) { init(ppSpec, lastingMemory(), lastingMemory()); });
 }
 
 Row& checkId(Row& row, int id) {

@@ -363,7 +363,7 @@ struct Front {
 template <>
 inline constexpr std::array<Field<Front>, 1> kFields<Front>{{{"id", &Front::id}}};
 
-// Of a structure that init(&spec) makes.
+// Of a structure that init(&spec) makes and that has at least the size of Front behind it.
 template <class Spec, class Init>
 Record<Front> frontOf(Init init) {
     Spec* spec = nullptr;
@@ -373,9 +373,9 @@ Record<Front> frontOf(Init init) {
     return record(front);
 }
 // Memory for it, as long as the program lives.
-inline Zet8u* lastingMemory(size_t bytes = 1 << 16) {
+inline Zet8u* lastingMemory() {
     static std::deque<std::vector<Zet8u>> blocks;
-    return blocks.emplace_back(bytes).data();
+    return blocks.emplace_back(1 << 16).data();
 }
 inline std::string isOf(const Record<Front>& front) {  // as a check
     return "id in " + std::to_string(front.value.id) + " SpecMismatch";
