@@ -18,17 +18,9 @@ const Value kNumSlots = value("numSlots", kSlots);
 const Value kOffset = value("offset", 0);
 const Value kKx = value("kx", 7);
 
-// The front of a state, which refers to the rest of the original.
-struct Front {
-    alignas(16) Zet32s id;
-    Zet8u rest[28];
-};
-
-// Memory for states, as long as the program lives.
 template <class Spec>
-Record<Front> frontOf(ZetStatus (*init)(Spec**, Zet8u*, Zet8u*)) {
-    return test::frontOf<Spec>(
-        [init](Spec** ppSpec) { init(ppSpec, lastingMemory(), lastingMemory()); });
+Record<Front> stateOf(ZetStatus (*init)(Spec**, Zet8u*, Zet8u*)) {
+    return frontOf<Spec>([init](Spec** ppSpec) { init(ppSpec, lastingMemory(), lastingMemory()); });
 }
 
 Row& checkId(Row& row, int id) {
@@ -38,7 +30,7 @@ Row& checkId(Row& row, int id) {
 #define ADD_LIFE(bank, types)                                                                     \
     table.ZETAC_ROW(zets##bank##FilterGetSize_SBR_##types, kInt, kInt, kInt);                     \
     table.ZETAC_ROW(zets##bank##FilterInit_SBR_##types, data(sizeof(void*)), data(16384), kWork); \
-    const auto state = frontOf(zets##bank##FilterInit_SBR_##types)
+    const auto state = stateOf(zets##bank##FilterInit_SBR_##types)
 
 void addAnalysisRows(Table& table) {
     {
@@ -116,7 +108,7 @@ ZetStatus allocateAndFree(Zet8u** ppState) {
 }
 
 void addEncoderRows(Table& table) {
-    const auto state = frontOf<Zet8u>([](Zet8u** spec, Zet8u* memory, Zet8u* memInit) {
+    const auto state = stateOf<Zet8u>([](Zet8u** spec, Zet8u* memory, Zet8u* memInit) {
         *spec = memory;
         return zetsAnalysisFilterEncInit_SBR_32f(memory, memInit);
     });
