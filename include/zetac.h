@@ -1835,7 +1835,7 @@ ZETAC_API ZetStatus zetsPsychoacousticModelTwo_MP3_16s(const Zet16s* pSrc, ZetMP
  *                        a window; looked at in joint stereo with intensity
  *  @param pReservoir     in/out
  *  @param meanBits       main-data bits of this frame: all but header, CRC word and side
- * information
+ *                        information
  *  @param pBuffer        ZETAC_MP3_QUANTIZE_BUFFER_LEN bytes of scratch
  *  Checks: a null pointer: zetStsNullPointer; ID not 1, layer not 1, bitrate_index outside 0..15,
  *  sampling_frequency outside 0..2, mode outside 0..3, mode_extension outside 0..3:

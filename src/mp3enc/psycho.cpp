@@ -99,9 +99,8 @@ void deliver(const GranuleResult& result, int analysed, Zet32s blockType, ZetMP3
     output.pe = result.pe[analysed];
 }
 
-// Intensity stereo at low bit rates: the first band of each granule slot, by (bitrate_index - 6) *
-// 3
-// + sampling_frequency.
+// Intensity stereo at low bit rates: the first band of each granule slot, by
+// (bitrate_index - 6) * 3 + sampling_frequency.
 constexpr int kIntensityFirstRate = 6;
 constexpr int kIntensityLastRate = 8;
 constexpr Zet32s pIsSfbBoundTableLong[9] = {13, 12, 13, 15, 15, 16, 18, 18, 18};
