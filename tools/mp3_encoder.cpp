@@ -172,7 +172,8 @@ ZetStatus Mp3Encoder::transform() {
     return zetStsOk;
 }
 
-/** Of a protected frame libmpg123 loses what ends in the last 16 bits: two bytes stay empty. */
+/** Two bytes of a protected frame stay empty: libmpg123 1.31 goes wrong where one is filled to the
+ *  last bits. */
 int Mp3Encoder::mainDataBits(size_t frameBytes) const {
     return 8 * static_cast<int>(frameBytes - frontBytes() - (settings_.hasCrc ? kCrcBytes : 0));
 }
