@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "aac_decoder.h"
+#include "aac/decoder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace zetac::codec;

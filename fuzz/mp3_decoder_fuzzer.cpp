@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "mp3_decoder.h"
+#include "mp3/decoder.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace zetac::codec;

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "sbr_decoder.h"
+#include "sbr/decoder.h"
 
 namespace {
 

@@ -48,13 +48,13 @@ sources() { find "$@" -regex '.*\.\(c\|cpp\|h\|inc\)' -print0 2>/dev/null; }
 stage_install() { install_missing "${packages[@]}"; }
 
 stage_format() {
-    sources include src tools tests examples bench fuzz | xargs -0 clang-format --dry-run -Werror
+    sources include src codec tool tests examples bench fuzz | xargs -0 clang-format --dry-run -Werror
 }
 
 # The compile database of the x64 preset serves; it is all that is taken from that build.
 stage_tidy() {
     cmake --preset x64 &&
-        find src tools -name '*.cpp' -print0 |
+        find src codec tool -name '*.cpp' -print0 |
         xargs -0 -P "$jobs" -n 1 clang-tidy -p build/x64 --quiet
 }
 

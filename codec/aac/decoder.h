@@ -1,0 +1,136 @@
+// A decoder of AAC Main, LC and LTP, and of HE-AAC, assembled from the functions of the library: a
+// model to copy.
+//
+//     auto stream = openStream(bytes);             // kReadAhead bytes must follow the data
+//     AacDecoder decoder;
+//     std::vector<Zet16s> pcm(kPcmValuesMax);
+//     RawBlock block;
+//     while (stream->next(block)) {
+//         const DecodedFrame frame = decoder.decode(block, pcm.data());
+//         stream->finish(frame.bytesUsed, !failed(frame.fault));
+//         write(pcm.data(), frame.channels * frame.samples);
+//     }
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#pragma once
+
+#include <zetac.h>
+
+#include <memory>
+#include <vector>
+
+#include "aac/block.h"
+#include "aac/prediction.h"
+#include "container/aac_stream.h"
+#include "sbr/decoder.h"
+
+namespace zetac::codec {
+
+/** Room for the PCM values of any frame. */
+inline constexpr size_t kPcmValuesMax = size_t{kChannelsMax} * kSbrFrameLength;
+
+enum class ChannelOrder {
+    kWav,    // as WAV files hold their channels: left, right, centre, low frequency, ...
+    kStream  // as the elements come: centre, left, right, ...
+};
+
+/** What becomes of SBR data (ISO/IEC 14496-3, 4.6.18). */
+enum class SbrOutput {
+    kNone,    // they are passed over: the core alone is decoded
+    kDouble,  // sound at twice the rate of the core, whether or not a frame has data
+    kCore     // the same at the rate of the core: what lies above half that rate is left out
+};
+
+struct DecoderOptions {
+    ChannelOrder order = ChannelOrder::kWav;
+    bool substituteNoise = true;  // false: bands of perceptual noise stay empty
+    SbrOutput sbr = SbrOutput::kNone;
+    bool isFloat = false;  // SBR in floating instead of fixed point
+};
+
+/** What became of one block. */
+struct DecodedFrame {
+    Fault fault = Fault::kNone;
+    size_t bytesUsed = 0;  // bytes of the block, up to its end or to where its fault was noticed
+    int channels = 0;      // in the output; 0: there is none, because no layout is known yet
+    int samples = ZETAC_AAC_FRAME_LEN;  // per channel
+    Fault sbrFault = Fault::kNone;      // why the core is merely resampled from here on
+};
+
+/** Decodes one stream. A block that cannot be decoded is concealed: the signal fades out within
+ *  that frame and returns with the next good one. */
+class AacDecoder {
+  public:
+    explicit AacDecoder(DecoderOptions options = {}) : options_(options) {}
+
+    /** @param pcm  out: 1024 samples of every channel, or 2048 at the doubled rate, interleaved;
+     * room for kPcmValuesMax, or for as many as that once the channels are known */
+    DecodedFrame decode(const RawBlock& block, Zet16s* pcm);
+
+    /** The parsed block; spectra are used up by decode(). */
+    BlockParser& parser() { return parser_; }
+    const BlockParser& parser() const { return parser_; }
+
+    /** Of the output. */
+    int sampleRate() const {
+        const int rate = parser_.format().sampleRate();
+        return options_.sbr == SbrOutput::kDouble ? 2 * rate : rate;
+    }
+
+    bool decodesSbr() const { return options_.sbr != SbrOutput::kNone; }
+
+    /** Whether parametric stereo data have come, which are not decoded. */
+    bool hasParametricStereo() const;
+
+    /** All memory that lives from frame to frame. */
+    size_t stateBytes() const;
+
+  private:
+    /** What a channel remembers from frame to frame. */
+    struct ChannelState {
+        alignas(64) Zet32s overlap[ZETAC_AAC_FRAME_LEN] = {};
+        Zet32s random = 0;
+        int previousShape = zetAacSine;
+        std::unique_ptr<MainPrediction> main;          // Main profile
+        std::unique_ptr<LongTermPrediction> longTerm;  // LTP profile; it has the overlap then
+        int fraction = 0;                 // with SBR: fractional bits of the overlap beyond its Q3
+        std::unique_ptr<SbrDecoder> sbr;  // of the element whose first channel this is
+    };
+
+    Fault open(const RawBlock& block);
+    void allocate();
+    Fault decodeSpectra();
+    Fault decodeElement(AudioElement& element);
+    Fault decodePair(AudioElement& element);
+    void substituteNoise(ChannelData& channel, Zet32s& random) const;
+    Fault dequantise(ChannelData& channel, ChannelState& state);
+    Fault predict(ChannelData& channel, ChannelState& state);
+    void substituteNoise(const ZetAACChanPairElt& pair, ChannelData& left, ChannelData& right,
+                         Zet32s& random) const;
+    Fault finishSpectrum(ChannelData& channel);
+    void synthesise(Zet16s* pcm);
+    void synthesiseCore(int channel, Zet32s* core);
+    Fault readSbr();
+    void allocateSbr();
+    void synthesiseSbr();
+    Zet16s* plane(int channel) { return planes_.data() + channel * samples(); }
+    int samples() const {
+        return options_.sbr == SbrOutput::kDouble ? kSbrFrameLength : ZETAC_AAC_FRAME_LEN;
+    }
+    bool isPlanar() const { return !planes_.empty(); }
+    ChannelState& stateOf(int channel) { return states_[static_cast<size_t>(channel)]; }
+    void conceal();
+
+    int outputPosition(int channel) const;
+
+    DecoderOptions options_;
+    BlockParser parser_;
+    bool isOpen_ = false;
+    Fault refusal_ = Fault::kNone;
+    std::unique_ptr<ChannelState[]> states_;
+    std::vector<Zet16s> planes_;  // three channels and more, LTP, SBR: each channel's samples
+    const Zet16s* planeOrder_[kChannelsMax] = {};
+};
+
+}  // namespace zetac::codec

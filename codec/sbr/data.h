@@ -1,0 +1,69 @@
+// sbr_extension_data(): what one channel element carries for SBR (ISO/IEC 14496-3, 4.4.2.8).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#pragma once
+
+#include "sbr/envelope.h"
+
+namespace zetac::codec {
+
+/** The data of one channel in one frame. */
+struct SbrChannel {
+    SbrGrid grid;
+    SbrScaleFactors factors;
+    SbrLevels levels;
+    uint8_t bs_invf_mode[kSbrNoiseBandsMax] = {};
+    uint8_t bs_add_harmonic[kSbrBandsMax] = {};
+};
+
+/** Reads the payloads of one channel element, frame by frame. What is lost or damaged stops it
+ *  until a header comes whose frame builds on no other. */
+class SbrParser {
+  public:
+    /** @param sampleRate  of the output, in hertz */
+    SbrParser(bool isPair, int sampleRate) : isPair_(isPair), sampleRate_(sampleRate) {}
+
+    /** @param payload  empty when the block carries none for this element */
+    Fault parse(const SbrPayload& payload);
+
+    /** Forgets everything up to the next header. */
+    void lose() { isSynchronised_ = isActive_ = false; }
+
+    /** Whether the last frame has data to make a high band from. */
+    bool isActive() const { return isActive_; }
+    /** Whether its high band has nothing in common with the one before. */
+    bool isReset() const { return isReset_; }
+    /** Whether parametric stereo data have come. */
+    bool hasParametricStereo() const { return hasParametricStereo_; }
+
+    int channels() const { return isPair_ ? 2 : 1; }
+    const SbrHeader& header() const { return header_; }
+    const SbrFrequencyTables& tables() const { return tables_; }
+    const SbrChannel& channel(int index) const { return channels_[index]; }
+
+  private:
+    Fault readHeader(SbrBits& bits);
+    Fault readData(SbrBits& bits);
+    Fault readSingle(SbrBits& bits);
+    Fault readPair(SbrBits& bits);
+    Fault readGrid(SbrBits& bits, SbrChannel& channel);
+    void adopt(SbrGrid grid, SbrChannel& channel) const;
+    void readInverseFiltering(SbrBits& bits, SbrChannel& channel) const;
+    Fault readFactors(SbrBits& bits, SbrChannel& channel, bool isBalance);
+    void readHarmonics(SbrBits& bits, SbrChannel& channel) const;
+    void readExtendedData(SbrBits& bits);
+
+    bool isPair_;
+    int sampleRate_;
+    bool isSynchronised_ = false;  // a header and all frames since have been read
+    bool isActive_ = false;
+    bool isReset_ = false;
+    bool hasParametricStereo_ = false;
+    bool hasTables_ = false;
+    SbrHeader header_;
+    SbrFrequencyTables tables_;
+    SbrChannel channels_[2];
+};
+
+}  // namespace zetac::codec

@@ -1,0 +1,29 @@
+// Sound to encode: music-like, speech-like, castanets-like, silence, noise, clicks.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#pragma once
+
+#include "mp3/encoder.h"
+#include "support/streams/clips.h"
+
+namespace zetac::test {
+
+enum class Material { kMusic, kSpeech, kCastanets, kSilence, kNoise, kClicks };
+inline constexpr Material kMaterials[] = {Material::kMusic,     Material::kSpeech,
+                                          Material::kCastanets, Material::kSilence,
+                                          Material::kNoise,     Material::kClicks};
+
+/** Samples, interleaved. The right channel differs from the left one. */
+Pcm soundOf(Material material, int sampleRate, int channels, size_t samples);
+
+/** The whole stream, with its first frame as it is at the end. */
+Bytes encodeMp3(const codec::Mp3EncoderSettings& settings, const Pcm& pcm);
+
+/** What a decoder is left with when it cuts off what the first frame says. */
+Pcm decodeTrimmed(const Bytes& mp3, int channels);
+
+/** In decibels; 200 for equal signals. */
+double signalToNoise(const Pcm& signal, const Pcm& decoded);
+
+}  // namespace zetac::test

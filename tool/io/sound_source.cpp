@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#include "io/sound_source.h"
+
+#include <algorithm>
+
+#include "aac/decoder.h"
+#include "io/file_data.h"
+#include "mp3/decoder.h"
+
+namespace zetac::tool {
+namespace {
+
+using codec::Mp3Fault;
+
+/** Without SBR data there is nothing to double. */
+codec::DecoderOptions decoderOptions(std::span<const Zet8u> data, const SbrOptions& sbr) {
+    codec::DecoderOptions options;
+    options.isFloat = sbr.isFloat;
+    if (sbr.isOn && codec::carriesSbr(data)) {
+        options.sbr = sbr.isDownsampled ? codec::SbrOutput::kCore : codec::SbrOutput::kDouble;
+    }
+    return options;
+}
+
+class AacSource : public SoundSource {
+  public:
+    AacSource(std::span<const Zet8u> data, const SbrOptions& sbr)
+        : stream_(codec::openStream(data)),
+          decoder_(decoderOptions(data, sbr)),
+          pcm_(codec::kPcmValuesMax) {}
+
+    bool next(SoundFrame& frame) override {
+        codec::RawBlock block;
+        const bool isThere = stream_->next(block);
+        foreign_ = {stream_->skippedPosition(), stream_->skippedBytes()};
+        if (!isThere) return false;
+        const codec::DecodedFrame decoded = decoder_.decode(block, pcm_.data());
+        stream_->finish(decoded.bytesUsed, !failed(decoded.fault));
+        if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
+        hasSbr_ = hasSbr_ || (!failed(decoded.fault) && decoder_.parser().hasSbr());
+        frame = {.position = block.position,
+                 .inputBytes = block.data.size(),
+                 .fault = {},
+                 .isFaultNews = true,
+                 .pcm = pcm_.data(),
+                 .channels = decoded.channels,
+                 .samples = static_cast<size_t>(decoded.samples),
+                 .isHeard = !failed(decoded.fault)};
+        if (failed(decoded.fault)) {
+            frame.fault = describe(decoded.fault);
+        } else if (failed(decoded.sbrFault)) {
+            frame.fault = describe(decoded.sbrFault) + "; resampled only until the next header";
+        }
+        return true;
+    }
+
+    ForeignBytes foreign() const override { return foreign_; }
+    int sampleRate() const override { return decoder_.sampleRate(); }
+    const codec::ChannelLayout& layout() const override { return *decoder_.parser().layout(); }
+
+    std::vector<std::string> notes() const override {
+        if (!hasSbr_) return {};
+        if (!decoder_.decodesSbr()) {
+            return {"HE-AAC: the LC core was decoded and the SBR data left out"};
+        }
+        if (!decoder_.hasParametricStereo()) return {};
+        return {"HE-AAC v2: played as mono, the parametric stereo data are left out"};
+    }
+
+  private:
+    std::unique_ptr<codec::BlockStream> stream_;
+    codec::AacDecoder decoder_;
+    std::vector<Zet16s> pcm_;
+    ForeignBytes foreign_;
+    bool hasSbr_ = false;
+};
+
+/** Frames may change between mono and stereo; what comes out has the channels of the first one. */
+class Mp3Source : public SoundSource {
+  public:
+    explicit Mp3Source(std::span<const Zet8u> data) : stream_(codec::Mp3Stream::open(data)) {}
+
+    bool next(SoundFrame& frame) override {
+        codec::Mp3Frame coded;
+        const bool isThere = stream_->next(coded);
+        foreign_ = {stream_->foreign().position, stream_->foreign().bytes};
+        if (!isThere) return false;
+        const codec::Mp3DecodedFrame decoded = decoder_.decode(coded, pcm_);
+        if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
+        if (!layout_) layout_ = codec::ChannelLayout::fromConfiguration(decoded.channels);
+        if (decoded.channels != layout_->channels()) convertChannels(decoded.samples);
+        const bool isMuted = decoded.fault == Mp3Fault::kMissingMainData;
+        frame = {.position = coded.position,
+                 .inputBytes = coded.data.size(),
+                 .fault = {},
+                 .isFaultNews = !(isMuted && isMuted_),
+                 .pcm = pcm_,
+                 .channels = layout_->channels(),
+                 .samples = static_cast<size_t>(decoded.samples)};
+        if (failed(decoded.fault)) frame.fault = describe(decoded.fault);
+        isMuted_ = isMuted;
+        return true;
+    }
+
+    ForeignBytes foreign() const override { return foreign_; }
+    int sampleRate() const override { return decoder_.sampleRate(); }
+    const codec::ChannelLayout& layout() const override { return *layout_; }
+
+    /** The tag counts what the encoder added; the filter banks of a decoder delay by 529 samples
+     *  more. */
+    EncoderGaps gaps() const override {
+        constexpr int kDecoderDelay = 529;
+        const auto& tag = stream_->infoTag();
+        if (!tag || !tag->hasGaps) return {};
+        return {static_cast<size_t>(tag->delay + kDecoderDelay),
+                static_cast<size_t>(std::max(0, tag->padding - kDecoderDelay))};
+    }
+
+    std::vector<std::string> notes() const override {
+        if (!isConverted_) return {};
+        return {layout_->channels() == 2
+                    ? "changes between mono and stereo; the output is stereo throughout"
+                    : "changes between mono and stereo; the output is mono throughout"};
+    }
+
+  private:
+    void convertChannels(int samples) {
+        isConverted_ = true;
+        if (layout_->channels() == 2) {
+            for (int i = samples; i-- > 0;) pcm_[2 * i] = pcm_[2 * i + 1] = pcm_[i];
+        } else {
+            for (int i = 0; i < samples; ++i) {
+                pcm_[i] = static_cast<Zet16s>((pcm_[2 * i] + pcm_[2 * i + 1]) >> 1);
+            }
+        }
+    }
+
+    std::unique_ptr<codec::Mp3Stream> stream_;
+    codec::Mp3Decoder decoder_;
+    Zet16s pcm_[codec::kMp3PcmValuesMax];
+    std::optional<codec::ChannelLayout> layout_;
+    ForeignBytes foreign_;
+    bool isMuted_ = false;
+    bool isConverted_ = false;
+};
+
+}  // namespace
+
+/** Either codec's sync may turn up inside a file of the other; the first one in the file counts. */
+Codec identify(std::span<const Zet8u> data) {
+    const auto aac = codec::openStream(data);
+    const auto mp3 = codec::Mp3Stream::open(data);
+    if (!aac && !mp3) {
+        throw Failure("is neither AAC nor MP3: there is no ADTS, ADIF or MPEG audio header");
+    }
+    if (aac && mp3) return aac->start() < mp3->start() ? Codec::kAac : Codec::kMp3;
+    return aac ? Codec::kAac : Codec::kMp3;
+}
+
+std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr) {
+    if (identify(data) == Codec::kAac) return std::make_unique<AacSource>(data, sbr);
+    return std::make_unique<Mp3Source>(data);
+}
+
+}  // namespace zetac::tool
