@@ -39,8 +39,10 @@ struct BitCursor {
     }
 };
 
-/** Readable bytes that must stand behind the data of a stream: more than any call reads. */
-inline constexpr size_t kReadAhead = 2 * ZETAC_AAC_CHANNEL_BYTES_MAX;
+/** Readable bytes that must stand behind the data of a stream. Every call of a reader begins in the data,
+ *  or a few bytes of element headers behind them; an ADIF header is the longest that one consumes. */
+inline constexpr size_t kReadAhead = ZETAC_AAC_ADIF_BYTES_MAX + ZETAC_BIT_STREAM_SLACK;
+static_assert(kReadAhead > ZETAC_AAC_CHANNEL_BYTES_MAX + 256);
 
 /** The error check of ADTS (ISO/IEC 13818-7, 6.2): x^16 + x^15 + x^2 + 1, all ones at the start. */
 class AdtsCrc {
