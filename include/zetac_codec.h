@@ -226,6 +226,8 @@ typedef struct ZetacDecoderOptions {
     int32_t sbrArithmetic; /**< ZetacSbrArithmetic */
     int32_t downmix;       /**< ZetacDownmix */
     int32_t codec;         /**< ZetacCodec that a stream of bytes is expected to be; 0: look */
+    int32_t parsesOnly;    /**< everything is read and checked, but no sound is made: frames have
+                              lengths and reports, and null planes */
 } ZetacDecoderOptions;
 
 #define ZETAC_DECODER_OPTIONS_INIT \
@@ -407,6 +409,13 @@ typedef enum ZetacStereoMode {
     ZETAC_STEREO_INDEPENDENT = 1 /**< left and right */
 } ZetacStereoMode;
 
+/** How bits are spread over frames. */
+typedef enum ZetacRateMode {
+    ZETAC_RATE_CONSTANT = 0,
+    ZETAC_RATE_VARIABLE = 1, /**< as many as the quality needs */
+    ZETAC_RATE_AVERAGE = 2   /**< as many as the sound needs around a mean bit rate */
+} ZetacRateMode;
+
 /** How an encoder works. */
 typedef struct ZetacEncoderOptions {
     size_t size;          /**< of this structure */
@@ -427,13 +436,6 @@ typedef struct ZetacEncoderOptions {
 
 #define ZETAC_ENCODER_OPTIONS_INIT \
     { sizeof(ZetacEncoderOptions) }
-
-/** How bits are spread over frames. */
-typedef enum ZetacRateMode {
-    ZETAC_RATE_CONSTANT = 0,
-    ZETAC_RATE_VARIABLE = 1, /**< as many as the quality needs */
-    ZETAC_RATE_AVERAGE = 2   /**< as many as the sound needs around a mean bit rate */
-} ZetacRateMode;
 
 /** A piece of a coded stream. It belongs to the encoder until the next call. */
 typedef struct ZetacPacket {
