@@ -1,6 +1,6 @@
 #include "sound.h"
 
-#include <mp3_decoder.h>
+#include <mp3/decoder.h>
 #include <sndfile.h>
 
 #include <memory>
