@@ -1,6 +1,6 @@
 // This library, through the codec assemblies of the tool, to 16-bit PCM.
-#include <aac_decoder.h>
-#include <mp3_decoder.h>
+#include <aac/decoder.h>
+#include <mp3/decoder.h>
 
 #include <stdexcept>
 

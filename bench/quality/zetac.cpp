@@ -1,5 +1,5 @@
 // This library, through the encoder of the command-line tool.
-#include <mp3_encoder.h>
+#include <mp3/encoder.h>
 
 #include <algorithm>
 #include <stdexcept>

@@ -13,7 +13,10 @@ constexpr size_t kHeaderBytes = 4;
 constexpr size_t kTagBytes = 156;
 constexpr size_t kSeekPoints = 100;
 constexpr size_t kDecoderDelay = 529;  // that every decoder has, and which the tag leaves out
-constexpr char kEncoder[] = "Zetac5.2";
+// Nine characters. The first four name the layout of the fields that follow: libavformat and
+// GStreamer trust the delays only where they stand. The others name the encoder.
+constexpr char kEncoder[] = "LAMEZetac";
+constexpr size_t kEncoderBytes = 9;
 
 /** x^16 + x^15 + x^2 + 1, lowest bit first, from 0. */
 uint16_t crcOf(uint16_t crc, std::span<const Zet8u> bytes) {
@@ -98,7 +101,7 @@ void Mp3InfoWriter::putTag(std::span<Zet8u> frame, size_t samples, size_t decode
     tag.put(streamBytes, 4);
     for (size_t i = 0; i < kSeekPoints; ++i) tag.put(seekPoint(i, streamBytes), 1);
     tag.put(isVariable ? static_cast<uint64_t>(100 - 10 * quality_) : 50, 4);
-    tag.text(kEncoder, sizeof kEncoder);  // and one 0: nine bytes
+    tag.text(kEncoder, kEncoderBytes);
     tag.put(isVariable ? kVariableMethod : kConstantMethod, 1);
     tag.pass(1 + 4 + 2 + 2 + 1);  // lowpass, peak, gains, flags: unknown
     tag.put(static_cast<uint64_t>(std::min(255, isVariable ? 32 : constantKilobits_)), 1);

@@ -1,4 +1,4 @@
-// Writes the frame without sound that tells about the stream as a whole. See mp3_info_tag.h for the
+// Writes the frame without sound that tells about the stream as a whole. See info_tag.h for the
 // reader.
 //
 // SPDX-License-Identifier: BSD-2-Clause
