@@ -45,6 +45,20 @@
 #define ZETAC_CODEC_API
 #endif
 
+/* An object of a structure that has its size in front, all zeros but for that. */
+#ifdef __cplusplus
+template <typename Struct>
+inline Struct zetacSized() {
+    Struct object = Struct();
+    object.size = sizeof object;
+    return object;
+}
+#define ZETAC_SIZED(type) zetacSized<type>()
+#else
+#define ZETAC_SIZED(type) \
+    { .size = sizeof(type) }
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -163,8 +177,7 @@ typedef struct ZetacStreamInfo {
     uint32_t encoderPadding; /**< samples behind */
 } ZetacStreamInfo;
 
-#define ZETAC_STREAM_INFO_INIT \
-    { sizeof(ZetacStreamInfo) }
+#define ZETAC_STREAM_INFO_INIT ZETAC_SIZED(ZetacStreamInfo)
 
 /** A frame of PCM. Its samples belong to the object that gave it, until the next call with that
  *  object. */
@@ -185,8 +198,7 @@ typedef struct ZetacFrame {
     ZetacDamage damage;    /**< code 0: the frame is good */
 } ZetacFrame;
 
-#define ZETAC_FRAME_INIT \
-    { sizeof(ZetacFrame) }
+#define ZETAC_FRAME_INIT ZETAC_SIZED(ZetacFrame)
 
 /* ------------------------------------------------------------------------------------------------
  * Decoder
@@ -230,8 +242,7 @@ typedef struct ZetacDecoderOptions {
                               lengths and reports, and null planes */
 } ZetacDecoderOptions;
 
-#define ZETAC_DECODER_OPTIONS_INIT \
-    { sizeof(ZetacDecoderOptions) }
+#define ZETAC_DECODER_OPTIONS_INIT ZETAC_SIZED(ZetacDecoderOptions)
 
 /** A decoder of one stream. */
 typedef struct ZetacDecoder ZetacDecoder;
@@ -339,8 +350,7 @@ typedef struct ZetacReaderOptions {
                              header icy-metaint has it; 0: look for a header in front */
 } ZetacReaderOptions;
 
-#define ZETAC_READER_OPTIONS_INIT \
-    { sizeof(ZetacReaderOptions) }
+#define ZETAC_READER_OPTIONS_INIT ZETAC_SIZED(ZetacReaderOptions)
 
 /** A reader of one stream. */
 typedef struct ZetacReader ZetacReader;
@@ -434,8 +444,7 @@ typedef struct ZetacEncoderOptions {
     int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate */
 } ZetacEncoderOptions;
 
-#define ZETAC_ENCODER_OPTIONS_INIT \
-    { sizeof(ZetacEncoderOptions) }
+#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_SIZED(ZetacEncoderOptions)
 
 /** A piece of a coded stream. It belongs to the encoder until the next call. */
 typedef struct ZetacPacket {
@@ -448,8 +457,7 @@ typedef struct ZetacPacket {
                           the end, where the output can be rewound */
 } ZetacPacket;
 
-#define ZETAC_PACKET_INIT \
-    { sizeof(ZetacPacket) }
+#define ZETAC_PACKET_INIT ZETAC_SIZED(ZetacPacket)
 
 /** What containers and players must know of a stream. */
 typedef struct ZetacEncoderInfo {
@@ -468,8 +476,7 @@ typedef struct ZetacEncoderInfo {
     size_t infoFrameBytes; /**< of the information frame */
 } ZetacEncoderInfo;
 
-#define ZETAC_ENCODER_INFO_INIT \
-    { sizeof(ZetacEncoderInfo) }
+#define ZETAC_ENCODER_INFO_INIT ZETAC_SIZED(ZetacEncoderInfo)
 
 /** An encoder of one stream. */
 typedef struct ZetacEncoder ZetacEncoder;
