@@ -162,6 +162,7 @@ typedef struct ZetacStreamInfo {
         speakers[ZETAC_CHANNELS_MAX]; /**< ZetacSpeaker of each output channel, in their order */
     int32_t codedSampleRate;          /**< of the core coder, Hz */
     int32_t codedChannels;            /**< of the core coder */
+    int32_t objectType;               /**< of AAC: 1 Main, 2 LC, 4 LTP; 0: another codec */
     int32_t frameSamples;             /**< samples that a frame gives */
     int32_t bitRate;                  /**< bit/s: declared or, failing that, mean; 0: unknown */
     int32_t hasSbr;                   /**< spectral band replication is decoded */
@@ -185,8 +186,8 @@ typedef struct ZetacFrame {
     size_t size;                            /**< of this structure */
     const void* planes[ZETAC_CHANNELS_MAX]; /**< samples: one plane a channel, or all interleaved in
                                                planes[0] */
-    int32_t samples;                        /**< of each channel; 0 only for a damaged piece of
-                                               which no channel is known, and with ZETAC_END */
+    int32_t samples;                        /**< of each channel; 0 for a damaged piece without any
+                                               sound to give, and with ZETAC_END */
     int32_t channels;
     int32_t sampleRate;    /**< Hz */
     int32_t sampleFormat;  /**< ZetacSampleFormat */
@@ -195,6 +196,7 @@ typedef struct ZetacFrame {
     uint64_t position;     /**< of its first sample in the output */
     uint64_t bytePosition; /**< where its data begin in the input */
     uint32_t byteCount;    /**< bytes of its data with their header */
+    int32_t isSeekPoint;   /**< zetacDecoderReset may go on at bytePosition */
     ZetacDamage damage;    /**< code 0: the frame is good */
 } ZetacFrame;
 
@@ -304,8 +306,9 @@ ZETAC_CODEC_API ZetacStatus zetacDecoderTake(ZetacDecoder* decoder, ZetacFrame* 
 /** Bytes, tags not counted, in which the first frame of a stream must be found. */
 #define ZETAC_SEARCH_BYTES 1048576
 
-/** Forgets all input and all sound, as if new with the same options and, for packets, the same
- *  configuration: for a seek.
+/** Forgets all sound and the input at hand, for a seek. What is known of the container, the format
+ *  and, for packets and LOAS, the configuration stays, so that feeding may go on at any frame with
+ *  isSeekPoint, in ADIF files too.
  *  @param position      byte of the input where feeding goes on, for reports
  *  @param samplePosition  that the next frame is given
  *  @return ZETAC_ERROR_ARGUMENT */
@@ -344,10 +347,8 @@ typedef struct ZetacReaderOptions {
     size_t size;                 /**< of this structure */
     ZetacDecoderOptions decoder; /**< zeros, its size included: the defaults */
     int32_t keepsGaps;           /**< the samples that the encoder added come out too */
-    int32_t skipsScan;    /**< a length that the stream does not tell is estimated, instead of
-                             counted by a walk over the frames' headers */
-    uint32_t icyInterval; /**< bytes of sound between blocks of ICY metadata, as a server's
-                             header icy-metaint has it; 0: look for a header in front */
+    uint32_t icyInterval;        /**< bytes of sound between blocks of ICY metadata, as a server's
+                                    header icy-metaint has it; 0: look for a header in front */
 } ZetacReaderOptions;
 
 #define ZETAC_READER_OPTIONS_INIT ZETAC_SIZED(ZetacReaderOptions)
@@ -384,6 +385,11 @@ ZETAC_CODEC_API ZetacStatus zetacReaderGetInfo(const ZetacReader* reader, ZetacS
  *  @return ZETAC_OK, ZETAC_END; ZETAC_ERROR_ARGUMENT, ZETAC_ERROR_READ, ZETAC_ERROR_MEMORY,
  *          ZETAC_ERROR_UNSUPPORTED */
 ZETAC_CODEC_API ZetacStatus zetacReaderRead(ZetacReader* reader, ZetacFrame* frame);
+
+/** Walks over all frames that have not been read yet, without making sound: the length is exact
+ *  then, and seeks start at once.
+ *  @return ZETAC_ERROR_ARGUMENT, ZETAC_ERROR_NOT_SEEKABLE, ZETAC_ERROR_READ, ZETAC_ERROR_MEMORY */
+ZETAC_CODEC_API ZetacStatus zetacReaderScan(ZetacReader* reader);
 
 /** Moves to a sample: what is read next is what a reading from the start would give from there on,
  *  bit for bit.

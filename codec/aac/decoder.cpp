@@ -87,9 +87,10 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     if (!failed(fault)) fault = decodeSpectra();
     if (states_ && failed(fault)) conceal();
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
-    if (states_) synthesise(pcm);
+    const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
+    if (states_ && isHeard) synthesise(pcm);
     if (isRefusal(fault)) refusal_ = fault;
-    return {fault, parser_.bytesUsed(), parser_.channels(), samples(), sbrFault};
+    return {fault, parser_.bytesUsed(), parser_.channels(), isHeard ? samples() : 0, sbrFault};
 }
 
 Fault AacDecoder::open(const RawBlock& block) {

@@ -81,13 +81,11 @@ std::optional<Mp3Stream::Head> Mp3Stream::parse(size_t position) const {
     const Zet8u* p = &data_[position];
     if (p[0] != 0xFF || (p[1] & 0xE0) != 0xE0) return std::nullopt;
     static constexpr int kVersions[] = {25, 0, 2, 1};
-    static constexpr int kReservedEmphasis = 2;
     const int version = kVersions[p[1] >> 3 & 3];
     const int layer = 4 - (p[1] >> 1 & 3);
     const int index = p[2] >> 4;
     const int frequency = p[2] >> 2 & 3;
     if (version == 0 || layer == 4 || index == 15 || frequency == 3) return std::nullopt;
-    if ((p[3] & 3) == kReservedEmphasis) return std::nullopt;
     Head head{{version, layer, frequency}, 0, 0, 0};
     head.bitRate = mp3BitRate(head.format, index);
     head.padding = p[2] >> 1 & 1 ? slotBytes(head.format) : 0;

@@ -30,6 +30,8 @@ Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
     }
     const int channels = reader_.channels();
     const int granules = reader_.granules();
+    const int samples = granules * ZETAC_MP3_GRANULE_LEN;
+    if (!concealment_.admits(failed(fault), samples, sampleRate())) return {fault, channels, 0};
     for (int granule = 0; granule < granules; ++granule) {
         if (!failed(fault)) fault = decodeSpectrum(granule);
         for (int channel = 0; channel < channels; ++channel) {
@@ -37,7 +39,7 @@ Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
         }
         pcm += ZETAC_MP3_GRANULE_LEN * channels;
     }
-    return {fault, channels, granules * ZETAC_MP3_GRANULE_LEN};
+    return {fault, channels, samples};
 }
 
 Mp3Fault Mp3Decoder::decodeSpectrum(int granule) {

@@ -82,6 +82,15 @@ TEST(Containers, FramesOfAnotherFormatAreConcealed) {
                            decoded.pcm.begin() + 10 * kFrameValues));
 }
 
+/** Headers without anything behind them give a second of silence at most, and cost good frames
+ *  nothing. */
+TEST(Containers, DamageAloneMakesNoMoreThanASecond) {
+    const std::vector<Bytes> tiny(2000, {0xFF, 0xF1, 0x4D, 0xC0, 1, 0x1F, 0xFC, 0});  // 8 bytes
+    const Decoded silence = decodeAll(joined(tiny));
+    EXPECT_EQ(silence.damages(), tiny.size());
+    EXPECT_EQ(silence.pcm.size(), 8u * 1024 * (48000 / 1024));
+}
+
 /** An ADIF file has no syncs: its first damaged block is its last one. */
 TEST(Containers, DamagedAdifEnds) {
     const Bytes clean = clip("stereo_adif");

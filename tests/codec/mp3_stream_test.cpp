@@ -271,12 +271,15 @@ TEST(Mp3Damage, ConcealedGranules) {
     expectConcealed(decodeWith(0, 33, 3, 4), static_cast<Mp3Fault>(zetStsBadSideInfo), 0);
 }
 
-/** mode_extension means nothing outside of joint stereo. */
-TEST(Mp3Damage, StrayModeExtension) {
+/** mode_extension means nothing outside of joint stereo, and the reserved emphasis nothing at all.
+ */
+TEST(Mp3Damage, StrayHeaderBits) {
     for (const char* name : {"stereo_lsf_short_16k", "dual_vbr_all_rates_32k", "mono_mixed_44k"}) {
         const Bytes original = mp3Clip(name);
         std::vector<Bytes> frames = mp3FramesOf(original);
         for (Bytes& frame : frames) frame[3] |= 0x30;
+        expectSameSound(decodeMp3(joined(frames)), original);
+        frames[3][3] = static_cast<Zet8u>((frames[3][3] & 0xFC) | 2);
         expectSameSound(decodeMp3(joined(frames)), original);
     }
 }
