@@ -111,16 +111,19 @@ void takePackets(ZetacEncoder* encoder, Bytes& stream) {
     EXPECT_TRUE(status == ZETAC_NEED_INPUT || status == ZETAC_END) << status;
 }
 
+void feed(ZetacEncoder* encoder, std::span<const Zet16s> pcm, int channels, Bytes& stream) {
+    const auto stride = static_cast<size_t>(channels);
+    for (size_t at = 0, taken = 0; at < pcm.size(); at += taken * stride) {
+        const void* plane = &pcm[at];
+        EXPECT_EQ(zetacEncoderFeed(encoder, &plane, (pcm.size() - at) / stride, &taken), ZETAC_OK);
+        takePackets(encoder, stream);
+    }
+}
+
 Bytes encodeMp3(const EncoderSettings& settings, const Pcm& pcm) {
     const EncoderHandle encoder = makeEncoder(settings.options());
-    const auto channels = static_cast<size_t>(settings.channels);
     Bytes stream;
-    for (size_t at = 0, taken = 0; at < pcm.size(); at += taken * channels) {
-        const void* plane = &pcm[at];
-        EXPECT_EQ(zetacEncoderFeed(encoder.get(), &plane, (pcm.size() - at) / channels, &taken),
-                  ZETAC_OK);
-        takePackets(encoder.get(), stream);
-    }
+    feed(encoder.get(), pcm, settings.channels, stream);
     EXPECT_EQ(zetacEncoderFinish(encoder.get()), ZETAC_OK);
     takePackets(encoder.get(), stream);
     EXPECT_EQ(zetacEncoderGetInfoFrame(encoder.get(), stream.data(), stream.size()), ZETAC_OK);

@@ -7,6 +7,7 @@
 #include <zetac_codec.h>
 
 #include <memory>
+#include <span>
 
 #include "support/streams/clips.h"
 
@@ -38,6 +39,9 @@ EncoderHandle makeEncoder(const ZetacEncoderOptions& options);
 
 /** Appends the packets that are complete. */
 void takePackets(ZetacEncoder* encoder, Bytes& stream);
+
+/** Feeds 16-bit samples, interleaved, and takes the packets. */
+void feed(ZetacEncoder* encoder, std::span<const Zet16s> pcm, int channels, Bytes& stream);
 
 /** The whole stream, with its first frame as it is at the end. */
 Bytes encodeMp3(const EncoderSettings& settings, const Pcm& pcm);
