@@ -45,22 +45,21 @@
 #define ZETAC_CODEC_API
 #endif
 
-/* An object of a structure that has its size in front, all zeros but for that. */
-#ifdef __cplusplus
-template <typename Struct>
-inline Struct zetacSized() {
-    Struct object = Struct();
-    object.size = sizeof object;
-    return object;
-}
-#define ZETAC_SIZED(type) zetacSized<type>()
-#else
-#define ZETAC_SIZED(type) \
-    { .size = sizeof(type) }
-#endif
-
 #ifdef __cplusplus
 extern "C" {
+#endif
+
+/** Behind ZETAC_..._INIT: a structure with its size, and zeros everywhere else. */
+#ifdef __cplusplus
+#define ZETAC_INIT_(Type)           \
+    ([] {                           \
+        Type record = Type();       \
+        record.size = sizeof(Type); \
+        return record;              \
+    }())
+#else
+#define ZETAC_INIT_(Type) \
+    { .size = sizeof(Type) }
 #endif
 
 /** Most channels that a stream may have. */
@@ -178,7 +177,7 @@ typedef struct ZetacStreamInfo {
     uint32_t encoderPadding; /**< samples behind */
 } ZetacStreamInfo;
 
-#define ZETAC_STREAM_INFO_INIT ZETAC_SIZED(ZetacStreamInfo)
+#define ZETAC_STREAM_INFO_INIT ZETAC_INIT_(ZetacStreamInfo)
 
 /** A frame of PCM. Its samples belong to the object that gave it, until the next call with that
  *  object. */
@@ -200,7 +199,7 @@ typedef struct ZetacFrame {
     ZetacDamage damage;    /**< code 0: the frame is good */
 } ZetacFrame;
 
-#define ZETAC_FRAME_INIT ZETAC_SIZED(ZetacFrame)
+#define ZETAC_FRAME_INIT ZETAC_INIT_(ZetacFrame)
 
 /* ------------------------------------------------------------------------------------------------
  * Decoder
@@ -244,7 +243,7 @@ typedef struct ZetacDecoderOptions {
                               lengths and reports, and null planes */
 } ZetacDecoderOptions;
 
-#define ZETAC_DECODER_OPTIONS_INIT ZETAC_SIZED(ZetacDecoderOptions)
+#define ZETAC_DECODER_OPTIONS_INIT ZETAC_INIT_(ZetacDecoderOptions)
 
 /** A decoder of one stream. */
 typedef struct ZetacDecoder ZetacDecoder;
@@ -351,7 +350,7 @@ typedef struct ZetacReaderOptions {
                                     header icy-metaint has it; 0: look for a header in front */
 } ZetacReaderOptions;
 
-#define ZETAC_READER_OPTIONS_INIT ZETAC_SIZED(ZetacReaderOptions)
+#define ZETAC_READER_OPTIONS_INIT ZETAC_INIT_(ZetacReaderOptions)
 
 /** A reader of one stream. */
 typedef struct ZetacReader ZetacReader;
@@ -450,7 +449,7 @@ typedef struct ZetacEncoderOptions {
     int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate */
 } ZetacEncoderOptions;
 
-#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_SIZED(ZetacEncoderOptions)
+#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_INIT_(ZetacEncoderOptions)
 
 /** A piece of a coded stream. It belongs to the encoder until the next call. */
 typedef struct ZetacPacket {
@@ -463,7 +462,7 @@ typedef struct ZetacPacket {
                           the end, where the output can be rewound */
 } ZetacPacket;
 
-#define ZETAC_PACKET_INIT ZETAC_SIZED(ZetacPacket)
+#define ZETAC_PACKET_INIT ZETAC_INIT_(ZetacPacket)
 
 /** What containers and players must know of a stream. */
 typedef struct ZetacEncoderInfo {
@@ -482,7 +481,7 @@ typedef struct ZetacEncoderInfo {
     size_t infoFrameBytes; /**< of the information frame */
 } ZetacEncoderInfo;
 
-#define ZETAC_ENCODER_INFO_INIT ZETAC_SIZED(ZetacEncoderInfo)
+#define ZETAC_ENCODER_INFO_INIT ZETAC_INIT_(ZetacEncoderInfo)
 
 /** An encoder of one stream. */
 typedef struct ZetacEncoder ZetacEncoder;
