@@ -32,3 +32,9 @@ function(zetac_library_options target)
     target_compile_options(${target} PRIVATE ${ZETAC_OPTIMIZATION} -Wframe-larger-than=16384)
   endif()
 endfunction()
+
+# Kernels are compiled for every instruction-set level, which is most of the time of a build.
+option(ZETAC_FEW_LEVELS "Compile kernels for the baseline and AVX2 only" OFF)
+if(ZETAC_FEW_LEVELS)
+  add_compile_definitions(ZETAC_FEW_LEVELS)
+endif()
