@@ -65,6 +65,14 @@ uint16_t mp3Crc(Zet8u* frame, size_t sideInfoBytes) {
     return crc.value();
 }
 
+/** MPEG-2.5 has a 0 for the last bit of the syncword. */
+Zet8u* packMp3Header(const Mp3Format& format, const ZetMP3Header& header, Zet8u* at) {
+    Zet8u* end = at;
+    zetsPackFrameHeader_MP3(&header, &end);
+    if (format.version == 25) at[1] &= 0xEF;
+    return end;
+}
+
 // --- Headers ------------------------------------------------------------------------------------
 
 /** A header with the syncword and sane fields; the length of free format stays open. */

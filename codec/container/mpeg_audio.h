@@ -113,4 +113,8 @@ int mp3BitRate(const Mp3Format& format, int index);
 /** Bytes of a frame without padding. */
 size_t mp3FrameBytes(const Mp3Format& format, int bitRate);
 
+/** Writes a frame's header, and its CRC word when it is protected.
+ *  @return behind it */
+Zet8u* packMp3Header(const Mp3Format& format, const ZetMP3Header& header, Zet8u* at);
+
 }  // namespace zetac::codec
