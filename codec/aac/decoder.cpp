@@ -87,7 +87,7 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     if (!failed(fault)) fault = decodeSpectra();
     if (states_ && failed(fault)) conceal();
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
-    if (states_) synthesise(pcm);
+    if (states_ && pcm) synthesise(pcm);
     if (isRefusal(fault)) refusal_ = fault;
     return {fault, parser_.bytesUsed(), parser_.channels(), samples(), sbrFault};
 }
