@@ -48,7 +48,7 @@ Fault copyIntensity(const ChannelData& left, ChannelData& right) {
         return Fault::kNone;
     }
     const ZetAACIcsInfo& ics = right.ics();
-    if (!haveSameWindows(left.ics(), ics)) return Fault::kWindowsDiffer;
+    if (!haveSameWindows(left.ics(), ics)) return AacFault::kWindowsDiffer;
     return faultOf(
         zetsDecodeIsStereo_AAC_32s(left.spectrum, right.spectrum, right.scaleFactor, right.codebook,
                                    ics.num_window_groups, ics.window_group_length, ics.max_sfb,
@@ -87,9 +87,10 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     if (!failed(fault)) fault = decodeSpectra();
     if (states_ && failed(fault)) conceal();
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
-    if (states_ && pcm) synthesise(pcm);
-    if (isRefusal(fault)) refusal_ = fault;
-    return {fault, parser_.bytesUsed(), parser_.channels(), samples(), sbrFault};
+    const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
+    if (states_ && isHeard && pcm) synthesise(pcm);
+    if (fault.isRefusal) refusal_ = fault;
+    return {fault, parser_.bytesUsed(), parser_.channels(), isHeard ? samples() : 0, sbrFault};
 }
 
 Fault AacDecoder::open(const RawBlock& block) {
@@ -345,7 +346,7 @@ void AacDecoder::synthesiseSbr() {
         } else {
             synthesiseCore(index, core);
         }
-        sbr->decode(index - first, core, plane(index));
+        sbr->decode(index - first, core, PcmPlane(plane(index)));
     }
 }
 

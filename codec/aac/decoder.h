@@ -22,6 +22,7 @@
 
 #include "aac/block.h"
 #include "aac/prediction.h"
+#include "base/concealment.h"
 #include "container/aac_stream.h"
 #include "sbr/decoder.h"
 
@@ -54,7 +55,7 @@ struct DecodedFrame {
     Fault fault = Fault::kNone;
     size_t bytesUsed = 0;  // bytes of the block, up to its end or to where its fault was noticed
     int channels = 0;      // in the output; 0: there is none, because no layout is known yet
-    int samples = ZETAC_AAC_FRAME_LEN;  // per channel
+    int samples = ZETAC_AAC_FRAME_LEN;  // per channel; 0 after a second of nothing but damage
     Fault sbrFault = Fault::kNone;      // why the core is merely resampled from here on
 };
 
@@ -129,6 +130,7 @@ class AacDecoder {
     BlockParser parser_;
     bool isOpen_ = false;
     Fault refusal_ = Fault::kNone;
+    ConcealmentLimit concealment_;
     std::unique_ptr<ChannelState[]> states_;
     std::vector<Zet16s> planes_;  // three channels and more, LTP, SBR: each channel's samples
     const Zet16s* planeOrder_[kChannelsMax] = {};

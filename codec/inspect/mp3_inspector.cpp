@@ -67,7 +67,7 @@ void Mp3Inspector::add(const Mp3Frame& frame, const Mp3DecodedFrame& decoded,
     bytes_ += frame.data.size();
     lowestRate_ = std::min(lowestRate_, frame.bitRate);
     highestRate_ = std::max(highestRate_, frame.bitRate);
-    if (frame.format != format_ || isRefusal(decoded.fault)) return;
+    if (frame.format != format_ || decoded.fault.isRefusal) return;
     const ZetMP3Header& header = decoder.reader().header();
     modes_ |= 1u << header.mode;
     isProtected_ = isProtected_ || header.protection_bit == 0;

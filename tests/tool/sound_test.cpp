@@ -18,7 +18,7 @@ namespace zetac::test {
 namespace {
 
 using codec::SbrOutput;
-using Settings = codec::Mp3EncoderSettings;
+using Settings = EncoderSettings;
 using SoundFile = std::unique_ptr<SNDFILE, int (*)(SNDFILE*)>;
 
 class Sound : public ::testing::Test {

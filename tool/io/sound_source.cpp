@@ -40,7 +40,7 @@ class AacSource : public SoundSource {
         const codec::DecodedFrame decoded = decoder_.decode(block, pcm());
         inspector_.add(block, decoded, decoder_);
         stream_->finish(decoded.bytesUsed, !failed(decoded.fault));
-        if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
+        if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         hasSbr_ = hasSbr_ || (!failed(decoded.fault) && decoder_.parser().hasSbr());
         frame = {.position = block.position,
                  .inputBytes = block.data.size(),
@@ -51,9 +51,10 @@ class AacSource : public SoundSource {
                  .samples = static_cast<size_t>(decoded.samples),
                  .isHeard = !failed(decoded.fault)};
         if (failed(decoded.fault)) {
-            frame.fault = describe(decoded.fault);
+            frame.fault = decoded.fault.text;
         } else if (failed(decoded.sbrFault)) {
-            frame.fault = describe(decoded.sbrFault) + "; resampled only until the next header";
+            frame.fault =
+                std::string(decoded.sbrFault.text) + "; resampled only until the next header";
         }
         return true;
     }
@@ -96,7 +97,7 @@ class Mp3Source : public SoundSource {
         if (!isThere) return false;
         const codec::Mp3DecodedFrame decoded = decoder_.decode(coded, isDecoded_ ? pcm_ : nullptr);
         inspector_.add(coded, decoded, decoder_);
-        if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
+        if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         if (!layout_) layout_ = codec::ChannelLayout::fromConfiguration(decoded.channels);
         if (decoded.channels != layout_->channels()) convertChannels(decoded.samples);
         const bool isMuted = decoded.fault == Mp3Fault::kMissingMainData;
@@ -107,7 +108,7 @@ class Mp3Source : public SoundSource {
                  .pcm = isDecoded_ ? pcm_ : nullptr,
                  .channels = layout_->channels(),
                  .samples = static_cast<size_t>(decoded.samples)};
-        if (failed(decoded.fault)) frame.fault = describe(decoded.fault);
+        if (failed(decoded.fault)) frame.fault = decoded.fault.text;
         isMuted_ = isMuted;
         return true;
     }
