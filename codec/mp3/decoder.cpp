@@ -33,10 +33,10 @@ Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
     if (!concealment_.admits(failed(fault), samples, sampleRate())) return {fault, channels, 0};
     for (int granule = 0; granule < granules; ++granule) {
         if (!failed(fault)) fault = decodeSpectrum(granule);
-        for (int channel = 0; channel < channels; ++channel) {
+        for (int channel = 0; pcm && channel < channels; ++channel) {
             synthesise(granule, failed(fault), channel, pcm + channel);
         }
-        pcm += ZETAC_MP3_GRANULE_LEN * channels;
+        if (pcm) pcm += ZETAC_MP3_GRANULE_LEN * channels;
     }
     return {fault, channels, samples};
 }

@@ -1,4 +1,4 @@
-// HE-AAC that is damaged, and HE-AAC at the command line.
+// HE-AAC that is damaged.
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "support/streams/sbr_stream.h"
-#include "tool/command.h"
 
 namespace zetac::test {
 namespace {
@@ -125,61 +124,6 @@ TEST(HeRobustness, RandomPayloads) {
         EXPECT_EQ(decoded.sampleRate, 44100);
     }
 }
-
-#ifdef ZETAC_TOOL
-
-TEST_F(Command, PlaysHeAac) {
-    const Bytes aac = heClip("stereo_music");
-    put("a.aac", aac);
-    const ShellRun run = shell(
-        "$zetac decode a.aac -o twice.wav && $zetac decode --float a.aac -o float.wav && "
-        "$zetac decode --downsampled a.aac -o once.wav && $zetac decode --no-sbr a.aac -o "
-        "core.wav");
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.text,
-              "zetac: a.aac: HE-AAC: the LC core was decoded and the SBR data left out\n");
-    const auto sound = [&](SbrOutput output, bool isFloat) {
-        return decodeAll(aac, {codec::ChannelOrder::kWav, true, output, isFloat}).pcm;
-    };
-    EXPECT_EQ(pcmOf(get("twice.wav")), sound(SbrOutput::kDouble, false));
-    EXPECT_EQ(pcmOf(get("float.wav")), sound(SbrOutput::kDouble, true));
-    EXPECT_EQ(pcmOf(get("once.wav")), sound(SbrOutput::kCore, false));
-    EXPECT_EQ(pcmOf(get("core.wav")), sound(SbrOutput::kNone, false));
-    EXPECT_EQ(field32(get("twice.wav"), 24), 44100u);
-    EXPECT_EQ(field32(get("once.wav"), 24), 22050u);
-    EXPECT_EQ(shell("$zetac decode --no-sbr --downsampled a.aac").status, 2);
-}
-
-TEST_F(Command, ShowsHeAac) {
-    put("a.aac", heClip("stereo_music"));
-    const std::string text = shell("$zetac info a.aac").text;
-    for (const char* part : {"AAC LC with SBR (HE-AAC)\n", "44100 Hz, the core 22050 Hz\n",
-                             "12 frames of 2048 samples\n", "SBR\n"}) {
-        EXPECT_NE(text.find(part), std::string::npos) << text;
-    }
-    const std::string json = shell("$zetac info --json a.aac").text;
-    EXPECT_NE(json.find("\"sample_rate\": 44100, \"core_sample_rate\": 22050"), std::string::npos);
-}
-
-TEST_F(Command, ReportsDamagedSbrData) {
-    const Bytes stream = heStream(false, [](int frame, Bytes& payload) {
-        if (frame == 3) payload.resize(payload.size() / 2);
-    });
-    put("a.aac", stream);
-    const std::vector<Bytes> frames = framesOf(stream);
-    const size_t place = frames[0].size() + frames[1].size() + frames[2].size() + 7;
-    const std::string text = "at byte " + std::to_string(place) + ": the SBR data end too early";
-    const ShellRun run = shell("$zetac decode a.aac");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.text, "zetac: a.aac: " + text + "; resampled only until the next header\n");
-    EXPECT_EQ(pcmOf(get("a.wav")).size(), frames.size() * codec::kSbrFrameLength);
-    const ShellRun info = shell("$zetac info a.aac");
-    EXPECT_EQ(info.status, 1);
-    EXPECT_NE(info.text.find(text), std::string::npos) << info.text;
-    EXPECT_EQ(shell("$zetac decode --strict -f a.aac").status, 2);
-}
-
-#endif  // ZETAC_TOOL
 
 }  // namespace
 }  // namespace zetac::test
