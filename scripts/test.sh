@@ -29,24 +29,15 @@ while [ $# -gt 0 ]; do
     esac
     shift
 done
-<<<<<<< HEAD
 if $quick; then
-=======
-
-packages=(g++ cmake ninja-build pkg-config binutils googletest libbenchmark-dev libsndfile1-dev
-    libsoxr-dev libcli11-dev nlohmann-json3-dev python3 libmpg123-dev
-    ffmpeg gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good) # listen to MP3s
-if [ ${#presets[@]} -gt 0 ]; then
-    stages=("${presets[@]}")
-elif $quick; then
->>>>>>> main
     stages=(format x64)
 elif [ ${#stages[@]} = 0 ]; then
     stages=(format docs x64 x86 asan tsan fuzz tidy)
 fi
 
-packages=(g++ cmake ninja-build pkg-config binutils abigail-tools git libgtest-dev libsndfile1-dev
-    libsoxr-dev libcli11-dev libmpg123-dev)
+packages=(g++ cmake ninja-build pkg-config binutils git libgtest-dev libsndfile1-dev
+    libsoxr-dev libcli11-dev nlohmann-json3-dev python3 libmpg123-dev
+    ffmpeg gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good) # listen to MP3s
 $quick || packages+=(libbenchmark-dev)
 for stage in "${stages[@]}"; do
     case $stage in
