@@ -121,8 +121,9 @@ DecodedFrame AacDecoder::render(bool isDamaged) {
 
 /** Copies what decode() leaves. */
 DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
+    options_.parsesOnly = pcm == nullptr;
     const DecodedFrame result = decode(block);
-    if (result.channels > 0 && output_.data(0) && result.samples > 0) {
+    if (pcm && result.channels > 0 && result.samples > 0 && states_) {
         std::memcpy(pcm, output_.data(0),
                     sizeof *pcm * static_cast<size_t>(result.channels * result.samples));
     }

@@ -57,7 +57,8 @@ class Mp3Decoder {
     /** Forgets all sound and the bit reservoir. */
     void reset();
 
-    /** @param pcm  out: the samples, interleaved; room for kMp3PcmValuesMax */
+    /** @param pcm  out: the samples, interleaved; room for kMp3PcmValuesMax. Null: the frame
+     *  is checked as usual, but no sound is made */
     Mp3DecodedFrame decode(const Mp3Frame& frame, Zet16s* pcm);
 
     /** The side information of the last frame; its lines are used up. */
