@@ -4,7 +4,7 @@
 
 #include "core/checks.h"
 #include "core/fixed_point.h"
-#include "tables/aac_dequant.h"
+#include "tables/aac/dequant.h"
 #include "tables/mp3_requant.h"
 
 namespace zetac::mp3 {
