@@ -15,7 +15,7 @@
 #include "tables/aac/swb_offset.h"
 #include "tables/aac/tns.h"
 #include "tables/aac/windows.h"
-#include "tables/mp3_sfb.h"
+#include "tables/mp3/bands.h"
 
 namespace zetac::tables {
 namespace {
