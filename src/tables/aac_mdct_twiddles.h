@@ -1,7 +1,7 @@
 // Rotations of the AAC filter bank.
 #pragma once
 
-#include "tables/fft_rotations.h"
+#include "tables/transform/fft_rotations.h"
 
 namespace zetac::tables {
 
