@@ -49,6 +49,19 @@
 extern "C" {
 #endif
 
+/** Behind ZETAC_..._INIT: a structure with its size, and zeros everywhere else. */
+#ifdef __cplusplus
+#define ZETAC_INIT_(Type)           \
+    ([] {                           \
+        Type record = Type();       \
+        record.size = sizeof(Type); \
+        return record;              \
+    }())
+#else
+#define ZETAC_INIT_(Type) \
+    { .size = sizeof(Type) }
+#endif
+
 /** Most channels that a stream may have. */
 #define ZETAC_CHANNELS_MAX 8
 
@@ -164,8 +177,7 @@ typedef struct ZetacStreamInfo {
     uint32_t encoderPadding; /**< samples behind */
 } ZetacStreamInfo;
 
-#define ZETAC_STREAM_INFO_INIT \
-    { sizeof(ZetacStreamInfo) }
+#define ZETAC_STREAM_INFO_INIT ZETAC_INIT_(ZetacStreamInfo)
 
 /** A frame of PCM. Its samples belong to the object that gave it, until the next call with that
  *  object. */
@@ -187,8 +199,7 @@ typedef struct ZetacFrame {
     ZetacDamage damage;    /**< code 0: the frame is good */
 } ZetacFrame;
 
-#define ZETAC_FRAME_INIT \
-    { sizeof(ZetacFrame) }
+#define ZETAC_FRAME_INIT ZETAC_INIT_(ZetacFrame)
 
 /* ------------------------------------------------------------------------------------------------
  * Decoder
@@ -232,8 +243,7 @@ typedef struct ZetacDecoderOptions {
                               lengths and reports, and null planes */
 } ZetacDecoderOptions;
 
-#define ZETAC_DECODER_OPTIONS_INIT \
-    { sizeof(ZetacDecoderOptions) }
+#define ZETAC_DECODER_OPTIONS_INIT ZETAC_INIT_(ZetacDecoderOptions)
 
 /** A decoder of one stream. */
 typedef struct ZetacDecoder ZetacDecoder;
@@ -340,8 +350,7 @@ typedef struct ZetacReaderOptions {
                                     header icy-metaint has it; 0: look for a header in front */
 } ZetacReaderOptions;
 
-#define ZETAC_READER_OPTIONS_INIT \
-    { sizeof(ZetacReaderOptions) }
+#define ZETAC_READER_OPTIONS_INIT ZETAC_INIT_(ZetacReaderOptions)
 
 /** A reader of one stream. */
 typedef struct ZetacReader ZetacReader;
@@ -430,8 +439,8 @@ typedef struct ZetacEncoderOptions {
     int32_t channels;     /**< 1 or 2; 0: 2 */
     int32_t sampleFormat; /**< ZetacSampleFormat of the input */
     int32_t isPlanar;     /**< one plane a channel, instead of interleaved samples */
-    int32_t bitRate;      /**< bit/s of a constant or mean bit rate; 0: 128000, or what suits a
-                             lower sampling rate */
+    int32_t bitRate;      /**< bit/s of a constant or mean bit rate; 0: 64000 for each channel, or
+                             what suits a lower sampling rate */
     int32_t rateMode;     /**< ZetacRateMode */
     float quality;        /**< 0 (best) to 9 of a variable bit rate */
     int32_t stereoMode;   /**< ZetacStereoMode */
@@ -440,8 +449,7 @@ typedef struct ZetacEncoderOptions {
     int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate */
 } ZetacEncoderOptions;
 
-#define ZETAC_ENCODER_OPTIONS_INIT \
-    { sizeof(ZetacEncoderOptions) }
+#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_INIT_(ZetacEncoderOptions)
 
 /** A piece of a coded stream. It belongs to the encoder until the next call. */
 typedef struct ZetacPacket {
@@ -454,8 +462,7 @@ typedef struct ZetacPacket {
                           the end, where the output can be rewound */
 } ZetacPacket;
 
-#define ZETAC_PACKET_INIT \
-    { sizeof(ZetacPacket) }
+#define ZETAC_PACKET_INIT ZETAC_INIT_(ZetacPacket)
 
 /** What containers and players must know of a stream. */
 typedef struct ZetacEncoderInfo {
@@ -474,8 +481,7 @@ typedef struct ZetacEncoderInfo {
     size_t infoFrameBytes; /**< of the information frame */
 } ZetacEncoderInfo;
 
-#define ZETAC_ENCODER_INFO_INIT \
-    { sizeof(ZetacEncoderInfo) }
+#define ZETAC_ENCODER_INFO_INIT ZETAC_INIT_(ZetacEncoderInfo)
 
 /** An encoder of one stream. */
 typedef struct ZetacEncoder ZetacEncoder;
@@ -491,7 +497,8 @@ ZETAC_CODEC_API ZetacStatus zetacEncoderCreate(ZetacEncoder** encoder,
 /** @param encoder  null: nothing happens */
 ZETAC_CODEC_API void zetacEncoderFree(ZetacEncoder* encoder);
 
-/** Takes samples.
+/** Takes samples. They are coded with 16 bits: what is wider is rounded to the nearest value, the
+ * even one of two, and limited to full scale; a float that is no number is silence.
  *  @param planes   one plane a channel, or all samples interleaved in planes[0]
  *  @param samples  of each channel
  *  @param taken    out: of these; fewer when packets wait to be taken out first
