@@ -88,7 +88,7 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     if (states_ && failed(fault)) conceal();
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
     const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
-    if (states_ && isHeard) synthesise(pcm);
+    if (states_ && isHeard && pcm) synthesise(pcm);
     if (fault.isRefusal) refusal_ = fault;
     return {fault, parser_.bytesUsed(), parser_.channels(), isHeard ? samples() : 0, sbrFault};
 }

@@ -66,7 +66,8 @@ class AacDecoder {
     explicit AacDecoder(DecoderOptions options = {}) : options_(options) {}
 
     /** @param pcm  out: 1024 samples of every channel, or 2048 at the doubled rate, interleaved;
-     * room for kPcmValuesMax, or for as many as that once the channels are known */
+     * room for kPcmValuesMax, or for as many as that once the channels are known. Null: the
+     * block is checked as usual, but no sound is made */
     DecodedFrame decode(const RawBlock& block, Zet16s* pcm);
 
     /** The parsed block; spectra are used up by decode(). */

@@ -38,7 +38,8 @@ struct Mp3DecodedFrame {
  *  all state is in the object, which is too large for small stacks. */
 class Mp3Decoder {
   public:
-    /** @param pcm  out: the samples, interleaved; room for kMp3PcmValuesMax */
+    /** @param pcm  out: the samples, interleaved; room for kMp3PcmValuesMax. Null: the frame
+     *  is checked as usual, but no sound is made */
     Mp3DecodedFrame decode(const Mp3Frame& frame, Zet16s* pcm);
 
     /** The side information of the last frame; its lines are used up. */

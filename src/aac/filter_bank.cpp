@@ -162,7 +162,7 @@ void analyze(const FilterBankKernels& kernels, const Zet32s* src, Zet32s* dst, i
 }
 
 const FilterBankKernels& currentKernels() {
-    return kFilterBankKernels[static_cast<unsigned>(core::currentLevel())];
+    return core::select(kFilterBankKernels);
 }
 
 bool shapesValid(int winShape, int prevWinShape) {

@@ -191,12 +191,6 @@ void reconstruct(ZetsFDPState_32f& state, Lines lines, bool isUsed, Zet32f* srcD
             });
 }
 
-template <class... Buffers>
-ZetStatus alignmentStatus(Buffers... buffers) {
-    const uintptr_t addresses = (reinterpret_cast<uintptr_t>(buffers) | ...);
-    return addresses % 16 == 0 ? zetStsOk : zetStsMisaligned;
-}
-
 }  // namespace
 }  // namespace zetac::aac
 
@@ -259,7 +253,7 @@ ZetStatus zetsFDPFwd_32f(const Zet32f* pSrc, Zet32f* pDst, ZetsFDPState_32f* pSt
     ZETAC_REQUIRE(allSet(pSrc, pDst, pState), zetStsNullPointer);
     ZETAC_REQUIRE(isState(pState), zetStsSpecMismatch);
     formResidual(*pState, pSrc, pDst);
-    return alignmentStatus(pSrc, pDst);
+    return zetac::core::alignmentStatus(pSrc, pDst);
 }
 
 ZetStatus zetsFDPInv_32f_I(Zet32f* pSrcDst, const int* pBandOffset, int nBands,
@@ -271,5 +265,5 @@ ZetStatus zetsFDPInv_32f_I(Zet32f* pSrcDst, const int* pBandOffset, int nBands,
         reconstruct(*pState, linesOfBand(*pState, pBandOffset, band), pPredictionUsed[band] != 0,
                     pSrcDst);
     }
-    return alignmentStatus(pSrcDst);
+    return zetac::core::alignmentStatus(pSrcDst);
 }
