@@ -3,11 +3,13 @@
 #include <algorithm>
 
 #include "core/checks.h"
-#include "core/fill.h"
-#include "core/rounding.h"
+#include "vector/fill.h"
+#include "vector/rounding.h"
 
-namespace zetac::core {
+namespace zetac::vector {
 namespace {
+
+using core::allSet;
 
 void addScaled(const Zet32s* src, Zet32s* srcDst, int len, int scaleFactor) {
     storeScaled<roundEven>(srcDst, len, scaleFactor, [=](int i, int count) {
@@ -47,9 +49,9 @@ void multiplyComplex(const Zet32fc* a, const Zet32fc* b, Zet32fc* dst, int len) 
 }
 
 }  // namespace
-}  // namespace zetac::core
+}  // namespace zetac::vector
 
-using namespace zetac::core;
+using namespace zetac::vector;
 
 ZetStatus zetsAdd_32s_ISfs(const Zet32s* pSrc, Zet32s* pSrcDst, int len, int scaleFactor) {
     ZETAC_REQUIRE(allSet(pSrc, pSrcDst), zetStsNullPointer);

@@ -1,4 +1,4 @@
-#include "core/fill.h"
+#include "vector/fill.h"
 
 #include <emmintrin.h>
 
@@ -7,7 +7,7 @@
 
 #include "core/checks.h"
 
-namespace zetac::core {
+namespace zetac::vector {
 namespace {
 
 constexpr size_t kBlock = sizeof(__m128i);
@@ -63,9 +63,9 @@ ZetStatus checkedZero(T* pDst, int len) {
 }
 
 }  // namespace
-}  // namespace zetac::core
+}  // namespace zetac::vector
 
-using zetac::core::checkedZero;
+using namespace zetac::vector;
 
 ZetStatus zetsZero_8u(Zet8u* pDst, int len) {
     return checkedZero(pDst, len);
@@ -92,6 +92,6 @@ ZetStatus zetsZero_32fc(Zet32fc* pDst, int len) {
 ZetStatus zetsSet_32s(Zet32s value, Zet32s* pDst, int len) {
     ZETAC_REQUIRE(pDst, zetStsNullPointer);
     ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    zetac::core::fill(pDst, static_cast<uint32_t>(value), static_cast<size_t>(len) * sizeof value);
+    fill(pDst, static_cast<uint32_t>(value), static_cast<size_t>(len) * sizeof value);
     return zetStsOk;
 }

@@ -1,14 +1,17 @@
-#include "core/copy.h"
-
 #include <emmintrin.h>
+#include <zetac.h>
 
 #include <cstring>
 
 #include "core/checks.h"
 
-namespace zetac::core {
+namespace zetac::vector {
 namespace {
 
+using core::allSet;
+
+constexpr size_t kVectorCopyBytes = 8192;     // by 16-byte vectors from here on
+constexpr size_t kPrefetchCopyBytes = 16384;  // and with software prefetch from here on
 constexpr size_t kBlock = sizeof(__m128i);
 constexpr size_t kLine = 64;
 constexpr uintptr_t kPrefetchAhead = 512;
@@ -38,8 +41,7 @@ void copyVector(const Zet8u* src, Zet8u* dst, size_t size) {
     copyBlock(src + size - kBlock, dst + size - kBlock);
 }
 
-}  // namespace
-
+// Between regions that do not overlap, of any alignment.
 void copy(const void* src, void* dst, size_t size) {
     const auto* from = static_cast<const Zet8u*>(src);
     auto* to = static_cast<Zet8u*>(dst);
@@ -51,20 +53,18 @@ void copy(const void* src, void* dst, size_t size) {
         std::memcpy(to, from, size);
 }
 
-namespace {
-
 template <class T>
 ZetStatus checkedCopy(const T* pSrc, T* pDst, int len) {
     ZETAC_REQUIRE(allSet(pSrc, pDst), zetStsNullPointer);
     ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    copy(pSrc, pDst, len);
+    copy(pSrc, pDst, static_cast<size_t>(len) * sizeof(T));
     return zetStsOk;
 }
 
 }  // namespace
-}  // namespace zetac::core
+}  // namespace zetac::vector
 
-using namespace zetac::core;
+using namespace zetac::vector;
 
 ZetStatus zetsCopy_8u(const Zet8u* pSrc, Zet8u* pDst, int len) {
     return checkedCopy(pSrc, pDst, len);

@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "core/checks.h"
-#include "core/fill.h"
+#include "vector/fill.h"
 
-namespace zetac::core {
+namespace zetac::vector {
 namespace {
+
+using core::allSet;
 
 // Two channels, or the parts of complex values: dst has 2 * len elements.
 template <class T>
@@ -88,9 +90,9 @@ ZetStatus checkedDeinterleave(const T* pSrc, int numChannels, int len, T** pDst)
 }
 
 }  // namespace
-}  // namespace zetac::core
+}  // namespace zetac::vector
 
-using namespace zetac::core;
+using namespace zetac::vector;
 
 ZetStatus zetsCplxToReal_32fc(const Zet32fc* pSrc, Zet32f* pDstRe, Zet32f* pDstIm, int len) {
     ZETAC_REQUIRE(allSet(pSrc, pDstRe, pDstIm), zetStsNullPointer);

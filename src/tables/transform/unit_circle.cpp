@@ -1,4 +1,4 @@
-#include "tables/unit_circle.h"
+#include "tables/transform/unit_circle.h"
 
 #include <array>
 

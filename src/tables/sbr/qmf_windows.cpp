@@ -2,7 +2,7 @@
 #include <zetac.h>
 
 #include "core/constexpr_math.h"
-#include "tables/sbr_qmf_prototype.h"
+#include "tables/sbr/qmf_prototype.h"
 
 namespace zetac::tables {
 namespace {

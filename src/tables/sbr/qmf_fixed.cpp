@@ -1,4 +1,4 @@
-#include "tables/sbr_qmf_fixed.h"
+#include "tables/sbr/qmf_fixed.h"
 
 #include "core/constexpr_math.h"
 

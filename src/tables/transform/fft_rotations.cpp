@@ -1,4 +1,4 @@
-#include "tables/fft_rotations.h"
+#include "tables/transform/fft_rotations.h"
 
 namespace zetac::tables {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace zetac::core {
+namespace zetac::vector {
 
 // From this size on, filled blocks go past the cache: they would displace more than they leave.
 inline constexpr size_t kStreamingFillBytes = 20480;
@@ -19,4 +19,4 @@ void zero(T* dst, int len) {
     fill(dst, 0, static_cast<size_t>(len) * sizeof(T));
 }
 
-}  // namespace zetac::core
+}  // namespace zetac::vector

@@ -11,7 +11,7 @@
 #include <cstring>
 #include <limits>
 
-namespace zetac::core {
+namespace zetac::vector {
 
 inline constexpr int kLanes = 4;
 
@@ -90,4 +90,4 @@ void storeScaled(T* dst, int len, int scaleFactor, Source source) {
     if (i < len) store(scaler(source(i, len - i)), dst + i, len - i);
 }
 
-}  // namespace zetac::core
+}  // namespace zetac::vector

@@ -4,10 +4,13 @@
 #include <bit>
 
 #include "core/checks.h"
-#include "core/rounding.h"
+#include "vector/rounding.h"
 
-namespace zetac::core {
+namespace zetac::vector {
 namespace {
+
+using core::allSet;
+using core::inRange;
 
 void toSingle(const Zet16s* __restrict src, Zet32f* __restrict dst, int len) {
     for (int i = 0; i < len; ++i) dst[i] = src[i];
@@ -52,9 +55,9 @@ void gains(const Zet16s* src, int offset, Zet32f* dst, int len) {
 }
 
 }  // namespace
-}  // namespace zetac::core
+}  // namespace zetac::vector
 
-using namespace zetac::core;
+using namespace zetac::vector;
 
 ZetStatus zetsConvert_16s32f(const Zet16s* pSrc, Zet32f* pDst, int len) {
     ZETAC_REQUIRE(allSet(pSrc, pDst), zetStsNullPointer);

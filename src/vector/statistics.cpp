@@ -5,8 +5,10 @@
 
 #include "core/checks.h"
 
-namespace zetac::core {
+namespace zetac::vector {
 namespace {
+
+using core::allSet;
 
 struct Extremes {
     Zet16s min, max;
@@ -60,9 +62,9 @@ Zet32f standardDeviation(const Zet32f* src, int len, int hint) {
 }
 
 }  // namespace
-}  // namespace zetac::core
+}  // namespace zetac::vector
 
-using namespace zetac::core;
+using namespace zetac::vector;
 
 ZetStatus zetsMinMax_16s(const Zet16s* pSrc, int len, Zet16s* pMin, Zet16s* pMax) {
     ZETAC_REQUIRE(allSet(pSrc, pMin, pMax), zetStsNullPointer);

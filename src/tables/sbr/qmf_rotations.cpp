@@ -1,4 +1,4 @@
-#include "tables/sbr_qmf_rotations.h"
+#include "tables/sbr/qmf_rotations.h"
 
 #include "core/constexpr_math.h"
 
