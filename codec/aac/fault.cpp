@@ -28,6 +28,8 @@ constexpr FaultMessage kMessages[] = {
     {static_cast<int>(Fault::kSbrHeader), "an SBR header with impossible bands"},
     {static_cast<int>(Fault::kSbrGrid), "SBR envelopes with impossible borders"},
     {static_cast<int>(Fault::kSbrValue), "an SBR scale factor out of range"},
+    {static_cast<int>(Fault::kPsData),
+     "the parametric stereo data are damaged; the last ones hold"},
     {static_cast<int>(Fault::kUnsupportedProfile),
      "the profile is not supported; AAC Main, LC and LTP are"},
     {static_cast<int>(Fault::kUnsupportedRate), "the sampling rate is not supported"},

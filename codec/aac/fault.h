@@ -29,6 +29,7 @@ enum class Fault : int {
     kSbrHeader,           // bands that the standard does not allow
     kSbrGrid,             // envelopes that the standard does not allow
     kSbrValue,            // a scale factor of SBR out of range
+    kPsData,              // parametric stereo out of range, or longer than its place
     kUnsupportedProfile,  // SSR
     kUnsupportedRate,     // a sampling_frequency_index without band tables
     kUnsupportedLayout,   // more than eight channels, or none

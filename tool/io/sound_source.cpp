@@ -19,6 +19,7 @@ codec::DecoderOptions decoderOptions(std::span<const Zet8u> data, const SbrOptio
     options.isFloat = sbr.isFloat;
     if (sbr.isOn && codec::carriesSbr(data)) {
         options.sbr = sbr.isDownsampled ? codec::SbrOutput::kCore : codec::SbrOutput::kDouble;
+        options.expectPs = codec::carriesPs(data);
     }
     return options;
 }
@@ -50,22 +51,22 @@ class AacSource : public SoundSource {
         if (failed(decoded.fault)) {
             frame.fault = describe(decoded.fault);
         } else if (failed(decoded.sbrFault)) {
-            frame.fault = describe(decoded.sbrFault) + "; resampled only until the next header";
+            frame.fault = describe(decoded.sbrFault);
+            if (decoded.sbrFault != codec::Fault::kPsData) {
+                frame.fault += "; resampled only until the next header";
+            }
         }
         return true;
     }
 
     ForeignBytes foreign() const override { return foreign_; }
     int sampleRate() const override { return decoder_.sampleRate(); }
-    const codec::ChannelLayout& layout() const override { return *decoder_.parser().layout(); }
+    const codec::ChannelLayout& layout() const override { return decoder_.layout(); }
 
     std::vector<std::string> notes() const override {
         if (!hasSbr_) return {};
-        if (!decoder_.decodesSbr()) {
-            return {"HE-AAC: the LC core was decoded and the SBR data left out"};
-        }
-        if (!decoder_.hasParametricStereo()) return {};
-        return {"HE-AAC v2: played as mono, the parametric stereo data are left out"};
+        if (decoder_.decodesSbr()) return {};
+        return {"HE-AAC: the LC core was decoded and the SBR data left out"};
     }
 
   private:
