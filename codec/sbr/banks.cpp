@@ -20,25 +20,16 @@ void keepHistory(Row* rows) {
     std::memcpy(rows, rows + kSbrSlots, kSbrHistory * sizeof(Row));
 }
 
-Zet16s toPcm(Zet32f sample) {
-    const float limited = std::clamp(sample, -32768.F, 32767.F);
-    return static_cast<Zet16s>(static_cast<int>(limited + std::copysign(0.5F, limited)));
-}
-
-Zet16s toPcm(Zet32s sample) {
-    constexpr Zet32s kHalf = 1 << (kSbrCoreFraction - 1);
-    return static_cast<Zet16s>(std::clamp((sample + kHalf) >> kSbrCoreFraction, -32768, 32767));
-}
-
 /** Subband samples from one band to another as integers. What the synthesis would saturate is
  * limited before. */
 void toFixed(const float* re, const float* im, int first, int end, Zet32sc* row) {
     constexpr float kScale = 1 << kSbrCoreFraction;
-    const auto fixed = [](float value) {
-        constexpr float kMax = 0x1p30F;
-        return static_cast<Zet32s>(std::clamp(value * kScale, -kMax, kMax));
-    };
-    for (int k = first; k < end; ++k) row[k] = {fixed(re[k]), fixed(im[k])};
+    constexpr float kMax = 0x1p30F;
+    for (int k = first; k < end; ++k) {
+        const float x = std::max(std::min(re[k] * kScale, kMax), -kMax);
+        const float y = std::max(std::min(im[k] * kScale, kMax), -kMax);
+        row[k] = {static_cast<Zet32s>(x), static_cast<Zet32s>(y)};
+    }
 }
 
 // --- Floating point -----------------------------------------------------------------------------
@@ -52,7 +43,7 @@ class FloatBanks : public SbrBanks {
     void predict(uint32_t bands, LowPrediction& prediction) override;
     void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
     void addSide() override;
-    void synthesise(SubbandRows rows, int side, Zet16s* pcm) override;
+    void synthesise(const SubbandRows& rows, int side, Zet16s* pcm) override;
     size_t bytes() const override;
 
   private:
@@ -159,10 +150,11 @@ void FloatBanks::joinLow(const LowBand& low, const SbrSplit& split, OutputBand& 
 
 void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) {
     joinLow(low_, split, output);
-    synthesise(SubbandRows(output), 0, pcm);
+    synthesise(SubbandRows(output, 0, kQmfBands), 0, pcm);
 }
 
-void FloatBanks::synthesise(SubbandRows rows, int side, Zet16s* pcm) {
+void FloatBanks::synthesise(const SubbandRows& given, int side, Zet16s* pcm) {
+    SubbandRows rows = given;
     const Synthesis& synthesis = synthesis_[side];
     if (isDownsampled_) {
         zetsSynthesisDownFilter_SBR_CToR_32f_D2L(rows.re, rows.im, samples_, window_, kSbrSlots,
@@ -172,7 +164,7 @@ void FloatBanks::synthesise(SubbandRows rows, int side, Zet16s* pcm) {
                                              kSbrSlots, synthesis.whole, work_.data());
     }
     const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
-    for (int i = 0; i < length; ++i) pcm[i] = toPcm(samples_[i]);
+    zetsConvert_32f16s_Sfs(samples_, pcm, length, zetRndFinancial, 0);
 }
 
 // --- Fixed point --------------------------------------------------------------------------------
@@ -187,21 +179,22 @@ class FixedBanks : public SbrBanks {
     void predict(uint32_t bands, LowPrediction& prediction) override;
     void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
     void addSide() override;
-    void synthesise(SubbandRows rows, int side, Zet16s* pcm) override;
+    void synthesise(const SubbandRows& rows, int side, Zet16s* pcm) override;
     size_t bytes() const override {
         return sizeof *this + analysis_.size() + synthesis_[0].size() + synthesis_[1].size();
     }
 
   private:
     void start(std::vector<Zet8u>& synthesis) const;
-    int slotLength() const { return isDownsampled_ ? kLowBands : kQmfBands; }
-    void synthesise(const Zet32sc* row, int side, Zet16s* pcm);
+    void synthesise(const Zet32sc* row, int slot, int side);
+    void write(Zet16s* pcm);
 
     bool isDownsampled_;
     std::vector<Zet8u> analysis_;
     std::vector<Zet8u> synthesis_[2];
     alignas(32) Zet32sc rows_[kLowRows][kLowBands] = {};
     LowBand low_ = {};  // the same as floating numbers, where they were asked for
+    alignas(32) Zet32s samples_[kSbrFrameLength];  // out
 };
 
 FixedBanks::FixedBanks(const SbrBankOptions& options) : isDownsampled_(options.isDownsampled) {
@@ -271,28 +264,36 @@ void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* p
         std::copy_n(rows_[i + kSbrDelay], kx, row);
         toFixed(output.re[i], output.im[i], kx, end, row);
         std::fill(row + end, row + kQmfBands, Zet32sc{});
-        synthesise(row, 0, pcm + i * slotLength());
+        synthesise(row, i, 0);
     }
+    write(pcm);
 }
 
-void FixedBanks::synthesise(SubbandRows rows, int side, Zet16s* pcm) {
+void FixedBanks::synthesise(const SubbandRows& rows, int side, Zet16s* pcm) {
     alignas(32) Zet32sc row[kQmfBands];
+    std::fill(row + rows.end, row + kQmfBands, Zet32sc{});
     for (int i = 0; i < kSbrSlots; ++i) {
-        toFixed(rows.re[i], rows.im[i], 0, kQmfBands, row);
-        synthesise(row, side, pcm + i * slotLength());
+        toFixed(rows.re[i], rows.im[i], 0, rows.end, row);
+        synthesise(row, i, side);
     }
+    write(pcm);
 }
 
-/** Synthesises a slot. */
-void FixedBanks::synthesise(const Zet32sc* row, int side, Zet16s* pcm) {
-    alignas(32) Zet32s samples[kQmfBands];
+void FixedBanks::synthesise(const Zet32sc* row, int slot, int side) {
     Zet8u* const state = synthesis_[side].data();
     if (isDownsampled_) {
-        zetsSynthesisDownFilter_SBRHQ_32sc32s(row, samples, state);
+        zetsSynthesisDownFilter_SBRHQ_32sc32s(row, samples_ + slot * kLowBands, state);
     } else {
-        zetsSynthesisFilter_SBRHQ_32sc32s(row, samples, state);
+        zetsSynthesisFilter_SBRHQ_32sc32s(row, samples_ + slot * kQmfBands, state);
     }
-    for (int n = 0; n < slotLength(); ++n) pcm[n] = toPcm(samples[n]);
+}
+
+/** Rounds the samples. The library rounds halves to even numbers; without halves, where they are
+ *  the next odd number, all is as if they were rounded upwards. */
+void FixedBanks::write(Zet16s* pcm) {
+    const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
+    for (int i = 0; i < length; ++i) samples_[i] |= 1;
+    zetsConvert_32s16s_Sfs(samples_, pcm, length, kSbrCoreFraction);
 }
 
 }  // namespace

@@ -28,9 +28,10 @@ struct SbrBankOptions {
 struct SubbandRows {
     const float* re[kSbrSlots];
     const float* im[kSbrSlots];
+    int end;  // from here on they are zero
 
     template <class Matrix>
-    explicit SubbandRows(const Matrix& matrix, int firstRow = 0) {
+    SubbandRows(const Matrix& matrix, int firstRow, int bandEnd) : end(bandEnd) {
         for (int i = 0; i < kSbrSlots; ++i) {
             re[i] = matrix.re[firstRow + i];
             im[i] = matrix.im[firstRow + i];
@@ -81,7 +82,7 @@ class SbrBanks {
 
     /** Synthesises a frame from all its subbands.
      *  @param side  0, or 1 for the second synthesis */
-    virtual void synthesise(SubbandRows rows, int side, Zet16s* pcm) = 0;
+    virtual void synthesise(const SubbandRows& rows, int side, Zet16s* pcm) = 0;
 
     /** Memory behind this object and of it. */
     virtual size_t bytes() const = 0;

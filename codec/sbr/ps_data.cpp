@@ -12,7 +12,7 @@ namespace zetac::codec {
 namespace {
 
 constexpr int kSlots = 2 * kSbrTimeSlots;
-constexpr int kModes = 6;                   // of levels and coherences
+constexpr int kModes = 6;                   // of levels and of coherences
 constexpr int kBands[] = {10, 20, 34};      // of levels or coherences, by mode modulo 3
 constexpr int kPhaseBands[] = {5, 11, 17};  // by iid_mode modulo 3
 constexpr int kFineMode = 3;                // iid_mode from which on the grid is fine
@@ -41,15 +41,13 @@ PsIndices mapTo34(const PsIndices& values, int bands) {
 
 Fault PsParser::parse(SbrBits& bits, size_t end) {
     const PsParser before = *this;
-    const bool isGood = read(bits, end);
-    if (!isGood) *this = before;
-    if (isGood && hasHeader_ && (isSynchronised_ || isFresh_)) {
+    if (read(bits, end)) {
         finish();
         return Fault::kNone;
     }
-    const bool isNews = !isGood && isSynchronised_;
+    *this = before;
     lose();
-    return isNews ? Fault::kPsData : Fault::kNone;
+    return before.known_ != 0 ? Fault::kPsData : Fault::kNone;
 }
 
 void PsParser::hold() {
@@ -59,8 +57,8 @@ void PsParser::hold() {
 }
 
 bool PsParser::read(SbrBits& bits, size_t end) {
-    isFresh_ = true;
     if (bits.flag() && !readHeader(bits)) return false;  // enable_ps_header
+    if (!hasHeader_) return true;
     if (!readBorders(bits) || !readLevels(bits) || !readExtension(bits)) return false;
     return bits.position() <= end;
 }
@@ -89,25 +87,21 @@ bool PsParser::readBorders(SbrBits& bits) {
 }
 
 bool PsParser::readLevels(SbrBits& bits) {
-    static constexpr Books kIid[] = {
+    static constexpr Books kIidBooks[] = {
         {&kSbrBook<kPsIidFrequencyBook>, &kSbrBook<kPsIidTimeBook>},
         {&kSbrBook<kPsIidFineFrequencyBook>, &kSbrBook<kPsIidFineTimeBook>}};
-    static constexpr Books kIcc = {&kSbrBook<kPsIccFrequencyBook>, &kSbrBook<kPsIccTimeBook>};
+    static constexpr Books kIccBooks = {&kSbrBook<kPsIccFrequencyBook>, &kSbrBook<kPsIccTimeBook>};
     const bool isFine = iid_mode_ >= kFineMode;
     for (int e = 0; enable_iid_ && e < num_env_; ++e) {
-        readEnvelope(bits, e, &PsEnvelope::iid, kBands[iid_mode_ % 3], kIid[isFine]);
-        for (const int value : transmitted_[e].iid) {
-            if (std::abs(value) > kPsIidMax[isFine]) return false;
-        }
+        readEnvelope(bits, e, kIid, kBands[iid_mode_ % 3], kIidBooks[isFine]);
+        if (!isInRange(e, kIid, -kPsIidMax[isFine], kPsIidMax[isFine])) return false;
     }
     for (int e = 0; enable_icc_ && e < num_env_; ++e) {
-        readEnvelope(bits, e, &PsEnvelope::icc, kBands[icc_mode_ % 3], kIcc);
-        for (const int value : transmitted_[e].icc) {
-            if (value < 0 || value > kPsIccMax) return false;
-        }
+        readEnvelope(bits, e, kIcc, kBands[icc_mode_ % 3], kIccBooks);
+        if (!isInRange(e, kIcc, 0, kPsIccMax)) return false;
     }
-    if (!enable_iid_) clear(&PsEnvelope::iid);
-    if (!enable_icc_) clear(&PsEnvelope::icc);
+    if (!enable_iid_) clear(kIid);
+    if (!enable_icc_) clear(kIcc);
     return true;
 }
 
@@ -122,32 +116,34 @@ bool PsParser::readExtension(SbrBits& bits) {
         bits.skip(end - bits.position());
     }
     if (!enable_ipdopd_) {
-        clear(&PsEnvelope::ipd);
-        clear(&PsEnvelope::opd);
+        clear(kIpd);
+        clear(kOpd);
     }
     return true;
 }
 
 void PsParser::readPhases(SbrBits& bits) {
-    static constexpr Books kIpd = {&kSbrBook<kPsIpdFrequencyBook, 0>, &kSbrBook<kPsIpdTimeBook, 0>};
-    static constexpr Books kOpd = {&kSbrBook<kPsOpdFrequencyBook, 0>, &kSbrBook<kPsOpdTimeBook, 0>};
+    static constexpr Books kIpdBooks = {&kSbrBook<kPsIpdFrequencyBook, 0>,
+                                        &kSbrBook<kPsIpdTimeBook, 0>};
+    static constexpr Books kOpdBooks = {&kSbrBook<kPsOpdFrequencyBook, 0>,
+                                        &kSbrBook<kPsOpdTimeBook, 0>};
     enable_ipdopd_ = bits.flag();
     const int bands = kPhaseBands[iid_mode_ % 3];
     for (int e = 0; enable_ipdopd_ && e < num_env_; ++e) {
-        readEnvelope(bits, e, &PsEnvelope::ipd, bands, kIpd);
-        readEnvelope(bits, e, &PsEnvelope::opd, bands, kOpd);
-        for (int8_t& value : transmitted_[e].ipd) value &= kPsPhases - 1;
-        for (int8_t& value : transmitted_[e].opd) value &= kPsPhases - 1;
+        readEnvelope(bits, e, kIpd, bands, kIpdBooks);
+        readEnvelope(bits, e, kOpd, bands, kOpdBooks);
+        for (const Kind kind : {kIpd, kOpd}) {
+            for (int8_t& value : transmitted_[e].values[kind]) value &= kPsPhases - 1;
+        }
     }
 }
 
 /** Values from those of the envelope before or of the band before. */
-void PsParser::readEnvelope(SbrBits& bits, int envelope, Field field, int bands,
-                            const Books& books) {
+void PsParser::readEnvelope(SbrBits& bits, int envelope, Kind kind, int bands, const Books& books) {
     const bool isTime = bits.flag();
-    if (isTime && envelope == 0) isFresh_ = false;
-    const PsIndices& before = (envelope > 0 ? transmitted_[envelope - 1] : last_).*field;
-    PsIndices& values = transmitted_[envelope].*field;
+    if (!isTime && envelope == 0) known_ |= 1U << kind;
+    const PsIndices& before = (envelope > 0 ? transmitted_[envelope - 1] : last_).values[kind];
+    PsIndices& values = transmitted_[envelope].values[kind];
     values = {};
     const SbrHuffmanBook& book = isTime ? *books.time : *books.frequency;
     int value = 0;
@@ -157,31 +153,44 @@ void PsParser::readEnvelope(SbrBits& bits, int envelope, Field field, int bands,
     }
 }
 
-void PsParser::clear(Field field) {
-    last_.*field = {};
-    for (PsEnvelope& envelope : transmitted_) envelope.*field = {};
+/** What builds on values that were lost may be anything. */
+bool PsParser::isInRange(int envelope, Kind kind, int min, int max) const {
+    if (!(known_ >> kind & 1)) return true;
+    const auto [least, most] = std::ranges::minmax(transmitted_[envelope].values[kind]);
+    return least >= min && most <= max;
+}
+
+void PsParser::clear(Kind kind) {
+    known_ |= 1U << kind;
+    last_.values[kind] = {};
+    for (PsEnvelope& envelope : transmitted_) envelope.values[kind] = {};
 }
 
 /** Brings the frame's parameters to common bands, and has them hold to its end. */
 void PsParser::finish() {
+    for (int kind = 0; kind < kKinds; ++kind) {
+        if (known_ >> kind & 1) continue;
+        for (PsEnvelope& envelope : transmitted_) envelope.values[kind] = last_.values[kind];
+    }
     if (num_env_ > 0) last_ = transmitted_[num_env_ - 1];
     if (num_env_ == 0 || last_.end < kSlots) {
+        last_.end = kSlots;
         transmitted_[num_env_++] = last_;
-        transmitted_[num_env_ - 1].end = kSlots;
     }
-    isSynchronised_ = true;
+    const int iid = kBands[iid_mode_ % 3];
+    const int icc = kBands[icc_mode_ % 3];
     frame_.isIidFine = iid_mode_ >= kFineMode;
     frame_.isMixingB = icc_mode_ >= kMixingBMode;
     if (enable_iid_ || enable_icc_) {
-        frame_.is34 = (enable_iid_ && iid_mode_ % 3 == 2) || (enable_icc_ && icc_mode_ % 3 == 2);
+        frame_.is34 = (enable_iid_ && iid == kPsBandsMax) || (enable_icc_ && icc == kPsBandsMax);
     }
     frame_.envelopes = num_env_;
     const auto map = frame_.is34 ? mapTo34 : mapTo20;
     for (int e = 0; e < num_env_; ++e) {
         const PsEnvelope& from = transmitted_[e];
-        frame_.envelope[e] = {
-            from.end, map(from.iid, kBands[iid_mode_ % 3]), map(from.icc, kBands[icc_mode_ % 3]),
-            map(from.ipd, kBands[iid_mode_ % 3]), map(from.opd, kBands[iid_mode_ % 3])};
+        frame_.envelope[e] = {from.end,
+                              {map(from.iid(), iid), map(from.icc(), icc), map(from.ipd(), iid),
+                               map(from.opd(), iid)}};
     }
 }
 

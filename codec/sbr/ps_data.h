@@ -25,10 +25,12 @@ using PsIndices = std::array<int8_t, kPsBandsMax>;
 
 struct PsEnvelope {
     int end = 0;  // the slot behind its last one, in which its parameters are reached
-    PsIndices iid{};
-    PsIndices icc{};
-    PsIndices ipd{};
-    PsIndices opd{};
+    std::array<PsIndices, 4> values{};
+
+    const PsIndices& iid() const { return values[0]; }
+    const PsIndices& icc() const { return values[1]; }
+    const PsIndices& ipd() const { return values[2]; }
+    const PsIndices& opd() const { return values[3]; }
 };
 
 /** The parameters of a frame, all for 20 bands or all for 34. */
@@ -40,8 +42,8 @@ struct PsFrame {
     PsEnvelope envelope[kPsEnvelopesMax];
 };
 
-/** Reads the data of one stream, frame by frame. After damage the parameters hold until data come
- *  that build on no others. */
+/** Reads the data of one stream, frame by frame. After damage each kind of parameter holds until
+ *  values come that build on none before. */
 class PsParser {
   public:
     /** @param end  position of the bit behind the data */
@@ -52,7 +54,7 @@ class PsParser {
 
     /** Takes note of a frame whose data are lost. */
     void lose() {
-        isSynchronised_ = false;
+        known_ = 0;
         hold();
     }
 
@@ -62,7 +64,7 @@ class PsParser {
     const PsFrame& frame() const { return frame_; }
 
   private:
-    using Field = PsIndices PsEnvelope::*;
+    enum Kind { kIid, kIcc, kIpd, kOpd, kKinds };
     struct Books {
         const SbrHuffmanBook *frequency, *time;
     };
@@ -73,13 +75,13 @@ class PsParser {
     bool readLevels(SbrBits& bits);
     bool readExtension(SbrBits& bits);
     void readPhases(SbrBits& bits);
-    void readEnvelope(SbrBits& bits, int envelope, Field field, int bands, const Books& books);
-    void clear(Field field);
+    void readEnvelope(SbrBits& bits, int envelope, Kind kind, int bands, const Books& books);
+    bool isInRange(int envelope, Kind kind, int min, int max) const;
+    void clear(Kind kind);
     void finish();
 
     bool hasHeader_ = false;
-    bool isSynchronised_ = false;  // last_ is what the encoder takes it for
-    bool isFresh_ = false;         // the frame's parameters build on no others
+    unsigned known_ = 0;  // a bit for each kind: last_ is what the encoder takes it for
     bool enable_iid_ = false;
     bool enable_icc_ = false;
     bool enable_ext_ = false;

@@ -11,8 +11,8 @@ void PsDecoder::decode(const PsFrame& frame, const LowBand& low, const OutputBan
                        const SbrSplit& split) {
     listen(frame.is34, low, high, split);
     mixer_.mix(frame, columns_, left_, right_);
-    joinParts(left_);
-    joinParts(right_);
+    joinParts(is34_, left_);
+    joinParts(is34_, right_);
 }
 
 void PsDecoder::listen(bool is34, const LowBand& low, const OutputBand& high,
@@ -52,15 +52,6 @@ void PsDecoder::keepHistory() {
     std::memcpy(whole.im, whole.im + kSbrSlots, kPsLongDelay * sizeof *whole.im);
     std::memcpy(hybrid.re, hybrid.re + kSbrSlots, kPsAllPassDelay * sizeof *hybrid.re);
     std::memcpy(hybrid.im, hybrid.im + kSbrSlots, kPsAllPassDelay * sizeof *hybrid.im);
-}
-
-void PsDecoder::joinParts(PsSignal& signal) const {
-    for (int i = 0; i < kSbrSlots; ++i) {
-        const int from = i + kPsAllPassDelay;
-        const int to = i + kPsLongDelay;
-        codec::joinParts(bands(), signal.hybrid.re[from], signal.whole.re[to]);
-        codec::joinParts(bands(), signal.hybrid.im[from], signal.whole.im[to]);
-    }
 }
 
 /** The parts of another configuration have no history. */

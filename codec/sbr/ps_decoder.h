@@ -22,15 +22,14 @@ class PsDecoder {
     /** Takes note of a frame that is still mono: both channels are the signal itself. */
     void listen(bool is34, const LowBand& low, const OutputBand& high, const SbrSplit& split);
 
-    SubbandRows left() const { return SubbandRows(left_.whole, kPsLongDelay); }
-    SubbandRows right() const { return SubbandRows(right_.whole, kPsLongDelay); }
+    SubbandRows left() const { return SubbandRows(left_.whole, kPsLongDelay, columns_); }
+    SubbandRows right() const { return SubbandRows(right_.whole, kPsLongDelay, columns_); }
 
   private:
     const PsBands& bands() const { return is34_ ? kPsBands34 : kPsBands20; }
     void join(const LowBand& low, const OutputBand& high, const SbrSplit& split);
     void keepHistory();
     void forgetHistory();
-    void joinParts(PsSignal& signal) const;
 
     PsHybridAnalysis analysis_;
     PsDecorrelator decorrelator_;

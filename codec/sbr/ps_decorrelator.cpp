@@ -4,15 +4,37 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 #include "sbr/trigonometry.h"
 
 namespace zetac::codec {
 namespace {
 
-/** Multiplies the samples of a row by gains, from one subband to another. */
-void scale(const float* from, const float* gain, int first, int end, float* __restrict to) {
-    for (int k = first; k < end; ++k) to[k] = from[k] * gain[k];
+/** Calls with every index from first on, as a constant: sums over bands of known widths need no
+ *  loops then. */
+template <int first, int end, class Operation>
+inline void forEachIndex(Operation operation) {
+    if constexpr (first < end) {
+        operation(std::integral_constant<int, first>());
+        forEachIndex<first + 1, end>(operation);
+    }
+}
+
+/** Power of each parameter band.
+ *  @param whole    power of QMF subbands
+ *  @param columns  of them that count */
+template <const PsBands& bands>
+void addUp(const float* hybrid, const float* whole, int columns, float* power) {
+    for (int b = 0; b < PsBands::paddedTo4(bands.bands); ++b) power[b] = 0;
+    forEachIndex<0, bands.hybrid>([&](auto k) { power[bands.hybridBand[k]] += hybrid[k]; });
+    forEachIndex<bands.firstWhole, bands.bands - 1>([&](auto b) {
+        float sum = power[b];
+        for (int k = bands.edge[b]; k < bands.edge[b + 1]; ++k) sum += whole[k];
+        power[b] = sum;
+    });
+    constexpr int kLast = bands.bands - 1;
+    for (int k = bands.edge[kLast]; k < columns; ++k) power[kLast] += whole[k];
 }
 
 /** What has died away would go on as denormal numbers, which are slow. */
@@ -66,7 +88,7 @@ struct PsDecorrelator::Coefficients {
     static constexpr Coefficients ofWhole(const PsBands& bands) {
         Coefficients c;
         for (int k = bands.split; k < kPsAllPassEnd; ++k) {
-            c.set(k, k + 0.5, k - bands.split + bands.hybrid, bands.decayCutoff);
+            c.set(k - kFirstWhole, k + 0.5, k - bands.split + bands.hybrid, bands.decayCutoff);
         }
         return c;
     }
@@ -95,16 +117,18 @@ void PsDecorrelator::AllPass<columns>::filter(const Coefficients<columns>& c, co
             xIm[k] = turnedIm - c.gain[m][k] * ringIm[k];
         }
     }
-    scale(xRe, gain, 0, columns, outRe);
-    scale(xIm, gain, 0, columns, outIm);
+    for (int k = 0; k < columns; ++k) {
+        outRe[k] = xRe[k] * gain[k];
+        outIm[k] = xIm[k] * gain[k];
+    }
 }
 
 /** Lets through what is not much weaker than the peak that decays before it (8.6.4.5.3). */
-void PsDecorrelator::Detector::detect(const float* power, float* gain) {
+void PsDecorrelator::Detector::detect(int bands, const float* power, float* gain) {
     constexpr float kDecay = 0.76592833836465F;
     constexpr float kSmoothing = 0.25F;
     constexpr float kImpact = 1.5F;
-    for (int b = 0; b < kBands; ++b) {
+    for (int b = 0; b < bands; ++b) {
         peak[b] = std::max(kDecay * peak[b], power[b]);
         mean[b] += kSmoothing * (power[b] - mean[b]);
         excess[b] += kSmoothing * (peak[b] - power[b] - excess[b]);
@@ -113,46 +137,65 @@ void PsDecorrelator::Detector::detect(const float* power, float* gain) {
     }
 }
 
+/** @param gain  out: of each parameter band */
 void PsDecorrelator::findTransients(const PsBands& bands, int columns, const PsSignal& signal,
-                                    int slot, Gains& gains) {
-    alignas(32) float power[Detector::kBands] = {};
-    alignas(32) float gain[Detector::kBands];
-    const float* re = signal.hybrid.re[slot + kPsAllPassDelay];
-    const float* im = signal.hybrid.im[slot + kPsAllPassDelay];
-    for (int k = 0; k < bands.hybrid; ++k) {
-        power[bands.hybridBand[k]] += re[k] * re[k] + im[k] * im[k];
-    }
-    re = signal.whole.re[slot + kPsLongDelay];
-    im = signal.whole.im[slot + kPsLongDelay];
-    alignas(32) float squares[kQmfBands];
-    for (int k = 0; k < columns; ++k) squares[k] = re[k] * re[k] + im[k] * im[k];
-    for (int b = bands.firstWhole; b < bands.bands; ++b) {
-        const int end = std::min<int>(bands.edge[b + 1], columns);
-        for (int k = bands.edge[b]; k < end; ++k) power[b] += squares[k];
-    }
-    detector_.detect(power, gain);
-    for (int k = 0; k < bands.padded; ++k) gains.hybrid[k] = gain[bands.hybridBand[k]];
-    for (int k = 0; k < columns; ++k) gains.whole[k] = gain[bands.wholeBand[k]];
+                                    int slot, float* gain) {
+    const auto square = [](const float* re, const float* im, int count, float* __restrict out) {
+        for (int k = 0; k < count; ++k) out[k] = re[k] * re[k] + im[k] * im[k];
+    };
+    alignas(32) float hybrid[kPsHybridMax];
+    alignas(32) float whole[kQmfBands];
+    alignas(32) float power[Detector::kBands];
+    square(signal.hybrid.re[slot + kPsAllPassDelay], signal.hybrid.im[slot + kPsAllPassDelay],
+           bands.padded, hybrid);
+    square(signal.whole.re[slot + kPsLongDelay], signal.whole.im[slot + kPsLongDelay], columns,
+           whole);
+    const auto add = &bands == &kPsBands34 ? addUp<kPsBands34> : addUp<kPsBands20>;
+    add(hybrid, whole, columns, power);
+    detector_.detect(PsBands::paddedTo4(bands.bands), power, gain);
 }
 
-void PsDecorrelator::filter(bool is34, const PsSignal& signal, int slot, const Gains& gains,
-                            PsSignal& out) {
+void PsDecorrelator::filter(const PsBands& bands, const PsSignal& signal, int slot,
+                            const float* gain, PsSignal& out) {
     static constexpr auto kWhole20 = Coefficients<kAllPassColumns>::ofWhole(kPsBands20);
     static constexpr auto kWhole34 = Coefficients<kAllPassColumns>::ofWhole(kPsBands34);
     static constexpr auto kHybrid20 = Coefficients<kPsBands20.padded>::ofHybrid(kPsBands20);
     static constexpr auto kHybrid34 = Coefficients<kPsBands34.padded>::ofHybrid(kPsBands34);
+    const bool is34 = &bands == &kPsBands34;
+    alignas(32) float spread[kPsHybridMax];
+    for (int k = 0; k < kAllPassColumns; ++k) spread[k] = gain[bands.wholeBand[kFirstWhole + k]];
     const int row = slot + kPsLongDelay;
     const int from = row - kPsAllPassDelay;
-    whole_.filter(is34 ? kWhole34 : kWhole20, row_, signal.whole.re[from], signal.whole.im[from],
-                  gains.whole, out.whole.re[row], out.whole.im[row]);
+    whole_.filter(is34 ? kWhole34 : kWhole20, row_, signal.whole.re[from] + kFirstWhole,
+                  signal.whole.im[from] + kFirstWhole, spread, out.whole.re[row] + kFirstWhole,
+                  out.whole.im[row] + kFirstWhole);
+    for (int k = 0; k < bands.padded; ++k) spread[k] = gain[bands.hybridBand[k]];
     const float* re = signal.hybrid.re[slot];
     const float* im = signal.hybrid.im[slot];
     float* outRe = out.hybrid.re[slot + kPsAllPassDelay];
     float* outIm = out.hybrid.im[slot + kPsAllPassDelay];
     if (is34) {
-        hybrid34_.filter(kHybrid34, row_, re, im, gains.hybrid, outRe, outIm);
+        hybrid34_.filter(kHybrid34, row_, re, im, spread, outRe, outIm);
     } else {
-        hybrid20_.filter(kHybrid20, row_, re, im, gains.hybrid, outRe, outIm);
+        hybrid20_.filter(kHybrid20, row_, re, im, spread, outRe, outIm);
+    }
+}
+
+void PsDecorrelator::delay(const PsBands& bands, int columns, const PsWholeBand& signal, int slot,
+                           const float* gain, PsWholeBand& out) {
+    constexpr int kShortDelay = 1;
+    const int row = slot + kPsLongDelay;
+    const auto scale = [&](int first, int end, int from, float factor) {
+        for (int k = first; k < end; ++k) out.re[row][k] = signal.re[from][k] * factor;
+        for (int k = first; k < end; ++k) out.im[row][k] = signal.im[from][k] * factor;
+    };
+    int first = kPsAllPassEnd;
+    for (int b = bands.wholeBand[first]; b < bands.bands; ++b) {
+        const int end = std::min<int>(bands.edge[b + 1], columns);
+        const int middle = std::clamp(kPsLongDelayEnd, first, std::max(first, end));
+        scale(first, middle, slot, gain[b]);
+        scale(middle, end, row - kShortDelay, gain[b]);
+        first = std::max(first, end);
     }
 }
 
@@ -165,19 +208,12 @@ void PsDecorrelator::turnRings() {
 
 void PsDecorrelator::decorrelate(const PsBands& bands, int columns, const PsSignal& signal,
                                  PsSignal& out) {
-    const int longEnd = std::min(columns, kPsLongDelayEnd);
     for (int slot = 0; slot < kSbrSlots; ++slot) {
-        Gains gains;
-        findTransients(bands, columns, signal, slot, gains);
-        filter(&bands == &kPsBands34, signal, slot, gains, out);
+        alignas(32) float gain[Detector::kBands];
+        findTransients(bands, columns, signal, slot, gain);
+        filter(bands, signal, slot, gain, out);
+        delay(bands, columns, signal.whole, slot, gain, out.whole);
         turnRings();
-        const int row = slot + kPsLongDelay;
-        for (const auto part : {&PsWholeBand::re, &PsWholeBand::im}) {
-            const auto& from = signal.whole.*part;
-            float* to = (out.whole.*part)[row];
-            scale(from[slot], gains.whole, kPsAllPassEnd, longEnd, to);
-            scale(from[row - 1], gains.whole, kPsLongDelayEnd, columns, to);
-        }
     }
     forgetTraces(detector_.peak);
     forgetTraces(detector_.mean);

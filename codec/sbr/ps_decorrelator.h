@@ -22,8 +22,9 @@ class PsDecorrelator {
 
   private:
     static constexpr int kLinks = 3;
-    static constexpr int kRingRows = 3 + 4 + 5;  // of all links
-    static constexpr int kAllPassColumns = PsBands::paddedTo4(kPsAllPassEnd);
+    static constexpr int kRingRows = 3 + 4 + 5;           // of all links
+    static constexpr int kFirstWhole = kPsBands20.split;  // of the QMF subbands, in both cases
+    static constexpr int kAllPassColumns = kPsAllPassEnd - kFirstWhole;
 
     template <int columns>
     struct Coefficients;
@@ -48,18 +49,15 @@ class PsDecorrelator {
         alignas(32) float excess[kBands] = {};  // of the peak over the power
 
         /** @param gain  out: by which a transient's echo is lowered */
-        void detect(const float* power, float* gain);
-    };
-
-    /** A value per subband. */
-    struct Gains {
-        alignas(32) float whole[kQmfBands];
-        alignas(32) float hybrid[kPsHybridMax];
+        void detect(int bands, const float* power, float* gain);
     };
 
     void findTransients(const PsBands& bands, int columns, const PsSignal& signal, int slot,
-                        Gains& gains);
-    void filter(bool is34, const PsSignal& signal, int slot, const Gains& gains, PsSignal& out);
+                        float* gain);
+    void filter(const PsBands& bands, const PsSignal& signal, int slot, const float* gain,
+                PsSignal& out);
+    static void delay(const PsBands& bands, int columns, const PsWholeBand& signal, int slot,
+                      const float* gain, PsWholeBand& out);
     void turnRings();
 
     AllPass<kAllPassColumns> whole_;

@@ -36,66 +36,90 @@ constexpr Prototype k34Parts8 = {0.125F,
 constexpr Prototype k34Parts4 = {0.25F, 0.23279856662996F,  0.16486303567403F, 0.07778723915851F,
                                  0,     -0.04871498374946F, -0.05908211155639F};
 
-/** Filters of one QMF subband side by side: g(6 + n) exp(i 2 pi / Q (q + 1/2) n) for n from 0. */
-template <int filters>
+/** Filters q of one QMF subband side by side: g(6 + n) exp(i 2 pi / Q (q + 1/2) n) for n from 0.
+ *  Filter Q - 1 - q is the mirror image of filter q, so half of them are enough. */
+template <int half>
 struct Bank {
-    float re[kReach + 1][filters];
-    float im[kReach + 1][filters];
+    float cos[kReach + 1][half];
+    float sin[kReach + 1][half];
 
-    constexpr void add(int column, const Prototype& g, int parts, int q) {
+    constexpr explicit Bank(const Prototype& g, int parts) : cos{}, sin{} {
         for (int n = 0; n <= kReach; ++n) {
-            const auto [cos, sin] = cosSinPi(2. / parts * (q + 0.5) * n);
-            re[n][column] += static_cast<float>(g[n] * cos);
-            im[n][column] += static_cast<float>(g[n] * sin);
+            for (int q = 0; q < parts / 2; ++q) {
+                const CosSin factor = cosSinPi(2. / parts * (q + 0.5) * n);
+                cos[n][q] = static_cast<float>(g[n] * factor.cos);
+                sin[n][q] = static_cast<float>(g[n] * factor.sin);
+            }
+        }
+    }
+
+    /** Makes a filter and its mirror image one: their sum, on either side. */
+    constexpr void merge(int q) {
+        for (int n = 0; n <= kReach; ++n) {
+            cos[n][q] *= 2;
+            sin[n][q] = 0;
         }
     }
 };
 
-template <int filters>
-constexpr Bank<filters> makeBank(const Prototype& g) {
-    Bank<filters> bank{};
-    for (int q = 0; q < filters; ++q) bank.add(q, g, filters, q);
+constexpr Bank<4> makeBank20() {
+    Bank<4> bank(k20Parts8, 8);
+    bank.merge(2);
+    bank.merge(3);
     return bank;
 }
 
-/** Of eight parts the first two are the last, and two pairs that mirror each other are one. */
-constexpr Bank<8> makeBank20() {
-    constexpr int kColumns[8] = {2, 3, 4, 5, 5, 4, 0, 1};
-    Bank<8> bank{};
-    for (int q = 0; q < 8; ++q) bank.add(kColumns[q], k20Parts8, 8, q);
-    return bank;
-}
+constexpr Bank<4> kBank20 = makeBank20();
+constexpr Bank<8> kBank34Of12(k34Parts12, 12);
+constexpr Bank<4> kBank34Of8(k34Parts8, 8);
+constexpr Bank<4> kBank34Of4(k34Parts4, 4);
 
-constexpr Bank<8> kBank20 = makeBank20();
-constexpr Bank<12> kBank34Of12 = makeBank<12>(k34Parts12);
-constexpr Bank<8> kBank34Of8 = makeBank<8>(k34Parts8);
-constexpr Bank<4> kBank34Of4 = makeBank<4>(k34Parts4);
+/** A slot of all filters, and of their mirror images. */
+template <int half>
+struct Parts {
+    float re[half], im[half];
+    float mirrorRe[half], mirrorIm[half];
 
-/** One slot of all filters. A prototype's halves mirror each other, so samples at the same distance
- *  from the middle go in as their sum and difference.
- *  @param re, im  the middle of the samples */
-template <int filters>
-void filter(const Bank<filters>& bank, const float* re, const float* im, float* outRe,
-            float* outIm) {
-    float sumRe[filters];
-    float sumIm[filters];
-    for (int q = 0; q < filters; ++q) {
-        sumRe[q] = bank.re[0][q] * re[0];
-        sumIm[q] = bank.re[0][q] * im[0];
-    }
-    for (int n = 1; n <= kReach; ++n) {
-        const float evenRe = re[-n] + re[n];
-        const float evenIm = im[-n] + im[n];
-        const float oddRe = re[-n] - re[n];
-        const float oddIm = im[-n] - im[n];
-        for (int q = 0; q < filters; ++q) {
-            sumRe[q] += bank.re[n][q] * evenRe - bank.im[n][q] * oddIm;
-            sumIm[q] += bank.re[n][q] * evenIm + bank.im[n][q] * oddRe;
+    /** A prototype's halves mirror each other, so samples at the same distance from the middle go
+     *  in as their sum and difference.
+     *  @param x, y  real and imaginary parts, at the middle */
+    Parts(const Bank<half>& bank, const float* x, const float* y) {
+        float evenX[half], evenY[half], oddX[half], oddY[half];
+        for (int q = 0; q < half; ++q) {
+            evenX[q] = bank.cos[0][q] * x[0];
+            evenY[q] = bank.cos[0][q] * y[0];
+            oddX[q] = oddY[q] = 0;
+        }
+        for (int n = 1; n <= kReach; ++n) {
+            const float sumX = x[-n] + x[n];
+            const float sumY = y[-n] + y[n];
+            const float differenceX = x[-n] - x[n];
+            const float differenceY = y[-n] - y[n];
+            for (int q = 0; q < half; ++q) {
+                evenX[q] += bank.cos[n][q] * sumX;
+                evenY[q] += bank.cos[n][q] * sumY;
+                oddX[q] += bank.sin[n][q] * differenceX;
+                oddY[q] += bank.sin[n][q] * differenceY;
+            }
+        }
+        for (int q = 0; q < half; ++q) {
+            re[q] = evenX[q] - oddY[q];
+            im[q] = evenY[q] + oddX[q];
+            mirrorRe[q] = evenX[q] + oddY[q];
+            mirrorIm[q] = evenY[q] - oddX[q];
         }
     }
-    std::memcpy(outRe, sumRe, sizeof sumRe);
-    std::memcpy(outIm, sumIm, sizeof sumIm);
-}
+
+    /** Writes them in the order of q. */
+    void write(int parts, float* toRe, float* toIm) const {
+        for (int q = 0; q < parts / 2; ++q) {
+            toRe[q] = re[q];
+            toIm[q] = im[q];
+            toRe[parts - 1 - q] = mirrorRe[q];
+            toIm[parts - 1 - q] = mirrorIm[q];
+        }
+    }
+};
 
 /** The real filters of two parts: their sum is the delayed sample. */
 void halve(const float* x, float& lower, float& upper) {
@@ -128,31 +152,58 @@ void PsHybridAnalysis::split(const LowBand& low, bool is34, PsHybridBand& hybrid
 
 void PsHybridAnalysis::split20(int slot, float* re, float* im) const {
     const int middle = slot + kReach;
-    filter(kBank20, re_[0] + middle, im_[0] + middle, re, im);
+    const Parts parts(kBank20, re_[0] + middle, im_[0] + middle);
+    for (int i = 0; i < 2; ++i) {
+        re[i] = parts.mirrorRe[1 - i];
+        im[i] = parts.mirrorIm[1 - i];
+    }
+    for (int i = 0; i < 4; ++i) {
+        re[2 + i] = parts.re[i];
+        im[2 + i] = parts.im[i];
+    }
     halve(re_[1] + middle, re[7], re[6]);
     halve(im_[1] + middle, im[7], im[6]);
     halve(re_[2] + middle, re[8], re[9]);
     halve(im_[2] + middle, im[8], im[9]);
-    std::fill(re + 10, re + 12, 0.F);
-    std::fill(im + 10, im + 12, 0.F);
+    for (int i = kPsBands20.hybrid; i < kPsBands20.padded; ++i) re[i] = im[i] = 0;
 }
 
 void PsHybridAnalysis::split34(int slot, float* re, float* im) const {
     const int middle = slot + kReach;
-    filter(kBank34Of12, re_[0] + middle, im_[0] + middle, re, im);
-    filter(kBank34Of8, re_[1] + middle, im_[1] + middle, re + 12, im + 12);
-    for (int band = 2; band < kPsSplitMax; ++band) {
+    const auto split = [&](const auto& bank, int band, int parts) {
         const int first = kPsBands34.part[band];
-        filter(kBank34Of4, re_[band] + middle, im_[band] + middle, re + first, im + first);
+        Parts(bank, re_[band] + middle, im_[band] + middle).write(parts, re + first, im + first);
+    };
+    split(kBank34Of12, 0, 12);
+    split(kBank34Of8, 1, 8);
+    for (int band = 2; band < kPsSplitMax; ++band) split(kBank34Of4, band, 4);
+}
+
+namespace {
+
+template <const PsBands& bands>
+void join(const float* parts, float* subbands) {
+    for (int band = 0; band < bands.split; ++band) {
+        float sum = parts[bands.part[band]];
+        for (int k = bands.part[band] + 1; k < bands.part[band + 1]; ++k) sum += parts[k];
+        subbands[band] = sum;
     }
 }
 
-void joinParts(const PsBands& bands, const float* parts, float* subbands) {
-    for (int band = 0; band < bands.split; ++band) {
-        float sum = 0;
-        for (int k = bands.part[band]; k < bands.part[band + 1]; ++k) sum += parts[k];
-        subbands[band] = sum;
+template <const PsBands& bands>
+void joinSlots(PsSignal& signal) {
+    for (int i = 0; i < kSbrSlots; ++i) {
+        const int from = i + kPsAllPassDelay;
+        const int to = i + kPsLongDelay;
+        join<bands>(signal.hybrid.re[from], signal.whole.re[to]);
+        join<bands>(signal.hybrid.im[from], signal.whole.im[to]);
     }
+}
+
+}  // namespace
+
+void joinParts(bool is34, PsSignal& signal) {
+    is34 ? joinSlots<kPsBands34>(signal) : joinSlots<kPsBands20>(signal);
 }
 
 }  // namespace zetac::codec

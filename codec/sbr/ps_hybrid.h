@@ -28,6 +28,6 @@ class PsHybridAnalysis {
 };
 
 /** Adds the parts of each split QMF subband up. */
-void joinParts(const PsBands& bands, const float* parts, float* subbands);
+void joinParts(bool is34, PsSignal& signal);
 
 }  // namespace zetac::codec

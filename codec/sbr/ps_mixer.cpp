@@ -134,10 +134,10 @@ PsMixer::Matrix PsMixer::matrixOf(const PsFrame& frame, const PsEnvelope& envelo
     Matrix matrix;
     const auto& table = kMixing.h[frame.isMixingB][frame.isIidFine];
     for (size_t b = 0; b < kPsBandsMax; ++b) {
-        const auto& h = table[envelope.iid[b] + kPsIidMax[1]][envelope.icc[b]];
+        const auto& h = table[envelope.iid()[b] + kPsIidMax[1]][envelope.icc()[b]];
         for (int e = 0; e < kElements; ++e) matrix.re[e][b] = h[e];
-        ipd_[b] = appendPhase(ipd_[b], envelope.ipd[b]);
-        opd_[b] = appendPhase(opd_[b], envelope.opd[b]);
+        ipd_[b] = appendPhase(ipd_[b], envelope.ipd()[b]);
+        opd_[b] = appendPhase(opd_[b], envelope.opd()[b]);
         if ((ipd_[b] | opd_[b]) == 0) continue;
         const Rotation left = kRotations[opd_[b]];
         const Rotation between = kRotations[ipd_[b]];
