@@ -1,5 +1,10 @@
 # Flags that everything in the project is built with.
-add_compile_options(-Wall -Wextra -Werror -Wshadow -Wvla)
+add_compile_options(-Wall -Wextra -Wshadow -Wvla)
+if(NOT DEFINED CMAKE_COMPILE_WARNING_AS_ERROR)
+  set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
+endif()
+
+set(ZETAC_OPTIMIZATION -O3 CACHE STRING "How the library itself is optimised, without sanitizers")
 
 # One arithmetic for every level and word size: no contraction, no x87 excess precision.
 add_compile_options(-ffp-contract=off)
@@ -24,6 +29,6 @@ function(zetac_library_options target)
     VISIBILITY_INLINES_HIDDEN ON)
   target_compile_options(${target} PRIVATE -fno-exceptions -fno-rtti -fno-threadsafe-statics)
   if(NOT ZETAC_SANITIZE)
-    target_compile_options(${target} PRIVATE -O3 -Wframe-larger-than=16384)
+    target_compile_options(${target} PRIVATE ${ZETAC_OPTIMIZATION} -Wframe-larger-than=16384)
   endif()
 endfunction()

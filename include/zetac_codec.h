@@ -49,6 +49,19 @@
 extern "C" {
 #endif
 
+/** Behind ZETAC_..._INIT: a structure with its size, and zeros everywhere else. */
+#ifdef __cplusplus
+#define ZETAC_INIT_(Type)           \
+    ([] {                           \
+        Type record = Type();       \
+        record.size = sizeof(Type); \
+        return record;              \
+    }())
+#else
+#define ZETAC_INIT_(Type) \
+    { .size = sizeof(Type) }
+#endif
+
 /** Most channels that a stream may have. */
 #define ZETAC_CHANNELS_MAX 8
 
@@ -148,6 +161,7 @@ typedef struct ZetacStreamInfo {
         speakers[ZETAC_CHANNELS_MAX]; /**< ZetacSpeaker of each output channel, in their order */
     int32_t codedSampleRate;          /**< of the core coder, Hz */
     int32_t codedChannels;            /**< of the core coder */
+    int32_t objectType;               /**< of AAC: 1 Main, 2 LC, 4 LTP; 0: another codec */
     int32_t frameSamples;             /**< samples that a frame gives */
     int32_t bitRate;                  /**< bit/s: declared or, failing that, mean; 0: unknown */
     int32_t hasSbr;                   /**< spectral band replication is decoded */
@@ -163,8 +177,7 @@ typedef struct ZetacStreamInfo {
     uint32_t encoderPadding; /**< samples behind */
 } ZetacStreamInfo;
 
-#define ZETAC_STREAM_INFO_INIT \
-    { sizeof(ZetacStreamInfo) }
+#define ZETAC_STREAM_INFO_INIT ZETAC_INIT_(ZetacStreamInfo)
 
 /** A frame of PCM. Its samples belong to the object that gave it, until the next call with that
  *  object. */
@@ -172,8 +185,8 @@ typedef struct ZetacFrame {
     size_t size;                            /**< of this structure */
     const void* planes[ZETAC_CHANNELS_MAX]; /**< samples: one plane a channel, or all interleaved in
                                                planes[0] */
-    int32_t samples;                        /**< of each channel; 0 only for a damaged piece of
-                                               which no channel is known, and with ZETAC_END */
+    int32_t samples;                        /**< of each channel; 0 for a damaged piece without any
+                                               sound to give, and with ZETAC_END */
     int32_t channels;
     int32_t sampleRate;    /**< Hz */
     int32_t sampleFormat;  /**< ZetacSampleFormat */
@@ -182,11 +195,11 @@ typedef struct ZetacFrame {
     uint64_t position;     /**< of its first sample in the output */
     uint64_t bytePosition; /**< where its data begin in the input */
     uint32_t byteCount;    /**< bytes of its data with their header */
+    int32_t isSeekPoint;   /**< zetacDecoderReset may go on at bytePosition */
     ZetacDamage damage;    /**< code 0: the frame is good */
 } ZetacFrame;
 
-#define ZETAC_FRAME_INIT \
-    { sizeof(ZetacFrame) }
+#define ZETAC_FRAME_INIT ZETAC_INIT_(ZetacFrame)
 
 /* ------------------------------------------------------------------------------------------------
  * Decoder
@@ -230,8 +243,7 @@ typedef struct ZetacDecoderOptions {
                               lengths and reports, and null planes */
 } ZetacDecoderOptions;
 
-#define ZETAC_DECODER_OPTIONS_INIT \
-    { sizeof(ZetacDecoderOptions) }
+#define ZETAC_DECODER_OPTIONS_INIT ZETAC_INIT_(ZetacDecoderOptions)
 
 /** A decoder of one stream. */
 typedef struct ZetacDecoder ZetacDecoder;
@@ -293,8 +305,9 @@ ZETAC_CODEC_API ZetacStatus zetacDecoderTake(ZetacDecoder* decoder, ZetacFrame* 
 /** Bytes, tags not counted, in which the first frame of a stream must be found. */
 #define ZETAC_SEARCH_BYTES 1048576
 
-/** Forgets all input and all sound, as if new with the same options and, for packets, the same
- *  configuration: for a seek.
+/** Forgets all sound and the input at hand, for a seek. What is known of the container, the format
+ *  and, for packets and LOAS, the configuration stays, so that feeding may go on at any frame with
+ *  isSeekPoint, in ADIF files too.
  *  @param position      byte of the input where feeding goes on, for reports
  *  @param samplePosition  that the next frame is given
  *  @return ZETAC_ERROR_ARGUMENT */
@@ -333,14 +346,11 @@ typedef struct ZetacReaderOptions {
     size_t size;                 /**< of this structure */
     ZetacDecoderOptions decoder; /**< zeros, its size included: the defaults */
     int32_t keepsGaps;           /**< the samples that the encoder added come out too */
-    int32_t skipsScan;    /**< a length that the stream does not tell is estimated, instead of
-                             counted by a walk over the frames' headers */
-    uint32_t icyInterval; /**< bytes of sound between blocks of ICY metadata, as a server's
-                             header icy-metaint has it; 0: look for a header in front */
+    uint32_t icyInterval;        /**< bytes of sound between blocks of ICY metadata, as a server's
+                                    header icy-metaint has it; 0: look for a header in front */
 } ZetacReaderOptions;
 
-#define ZETAC_READER_OPTIONS_INIT \
-    { sizeof(ZetacReaderOptions) }
+#define ZETAC_READER_OPTIONS_INIT ZETAC_INIT_(ZetacReaderOptions)
 
 /** A reader of one stream. */
 typedef struct ZetacReader ZetacReader;
@@ -374,6 +384,11 @@ ZETAC_CODEC_API ZetacStatus zetacReaderGetInfo(const ZetacReader* reader, ZetacS
  *  @return ZETAC_OK, ZETAC_END; ZETAC_ERROR_ARGUMENT, ZETAC_ERROR_READ, ZETAC_ERROR_MEMORY,
  *          ZETAC_ERROR_UNSUPPORTED */
 ZETAC_CODEC_API ZetacStatus zetacReaderRead(ZetacReader* reader, ZetacFrame* frame);
+
+/** Walks over all frames that have not been read yet, without making sound: the length is exact
+ *  then, and seeks start at once.
+ *  @return ZETAC_ERROR_ARGUMENT, ZETAC_ERROR_NOT_SEEKABLE, ZETAC_ERROR_READ, ZETAC_ERROR_MEMORY */
+ZETAC_CODEC_API ZetacStatus zetacReaderScan(ZetacReader* reader);
 
 /** Moves to a sample: what is read next is what a reading from the start would give from there on,
  *  bit for bit.
@@ -424,8 +439,8 @@ typedef struct ZetacEncoderOptions {
     int32_t channels;     /**< 1 or 2; 0: 2 */
     int32_t sampleFormat; /**< ZetacSampleFormat of the input */
     int32_t isPlanar;     /**< one plane a channel, instead of interleaved samples */
-    int32_t bitRate;      /**< bit/s of a constant or mean bit rate; 0: 128000, or what suits a
-                             lower sampling rate */
+    int32_t bitRate;      /**< bit/s of a constant or mean bit rate; 0: 64000 for each channel, or
+                             what suits a lower sampling rate */
     int32_t rateMode;     /**< ZetacRateMode */
     float quality;        /**< 0 (best) to 9 of a variable bit rate */
     int32_t stereoMode;   /**< ZetacStereoMode */
@@ -434,8 +449,7 @@ typedef struct ZetacEncoderOptions {
     int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate */
 } ZetacEncoderOptions;
 
-#define ZETAC_ENCODER_OPTIONS_INIT \
-    { sizeof(ZetacEncoderOptions) }
+#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_INIT_(ZetacEncoderOptions)
 
 /** A piece of a coded stream. It belongs to the encoder until the next call. */
 typedef struct ZetacPacket {
@@ -448,8 +462,7 @@ typedef struct ZetacPacket {
                           the end, where the output can be rewound */
 } ZetacPacket;
 
-#define ZETAC_PACKET_INIT \
-    { sizeof(ZetacPacket) }
+#define ZETAC_PACKET_INIT ZETAC_INIT_(ZetacPacket)
 
 /** What containers and players must know of a stream. */
 typedef struct ZetacEncoderInfo {
@@ -468,8 +481,7 @@ typedef struct ZetacEncoderInfo {
     size_t infoFrameBytes; /**< of the information frame */
 } ZetacEncoderInfo;
 
-#define ZETAC_ENCODER_INFO_INIT \
-    { sizeof(ZetacEncoderInfo) }
+#define ZETAC_ENCODER_INFO_INIT ZETAC_INIT_(ZetacEncoderInfo)
 
 /** An encoder of one stream. */
 typedef struct ZetacEncoder ZetacEncoder;
@@ -485,7 +497,8 @@ ZETAC_CODEC_API ZetacStatus zetacEncoderCreate(ZetacEncoder** encoder,
 /** @param encoder  null: nothing happens */
 ZETAC_CODEC_API void zetacEncoderFree(ZetacEncoder* encoder);
 
-/** Takes samples.
+/** Takes samples. They are coded with 16 bits: what is wider is rounded to the nearest value, the
+ * even one of two, and limited to full scale; a float that is no number is silence.
  *  @param planes   one plane a channel, or all samples interleaved in planes[0]
  *  @param samples  of each channel
  *  @param taken    out: of these; fewer when packets wait to be taken out first

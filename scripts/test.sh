@@ -24,7 +24,8 @@ while [ $# -gt 0 ]; do
 done
 
 packages=(g++ cmake ninja-build pkg-config binutils googletest libbenchmark-dev libsndfile1-dev
-    libsoxr-dev libcli11-dev libmpg123-dev)
+    libsoxr-dev libcli11-dev nlohmann-json3-dev python3 libmpg123-dev
+    ffmpeg gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good) # listen to MP3s
 if [ ${#presets[@]} -gt 0 ]; then
     stages=("${presets[@]}")
 elif $quick; then

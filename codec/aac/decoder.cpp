@@ -48,7 +48,7 @@ Fault copyIntensity(const ChannelData& left, ChannelData& right) {
         return Fault::kNone;
     }
     const ZetAACIcsInfo& ics = right.ics();
-    if (!haveSameWindows(left.ics(), ics)) return Fault::kWindowsDiffer;
+    if (!haveSameWindows(left.ics(), ics)) return AacFault::kWindowsDiffer;
     return faultOf(
         zetsDecodeIsStereo_AAC_32s(left.spectrum, right.spectrum, right.scaleFactor, right.codebook,
                                    ics.num_window_groups, ics.window_group_length, ics.max_sfb,
@@ -87,10 +87,11 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     if (!failed(fault)) fault = decodeSpectra();
     if (states_ && failed(fault)) conceal();
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
-    if (states_) synthesise(pcm);
-    if (isRefusal(fault)) refusal_ = fault;
+    const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
+    if (states_ && isHeard && pcm) synthesise(pcm);
+    if (fault.isRefusal) refusal_ = fault;
     const int channels = stereo_ ? 2 : parser_.channels();
-    return {fault, parser_.bytesUsed(), channels, samples(), sbrFault};
+    return {fault, parser_.bytesUsed(), channels, isHeard ? samples() : 0, sbrFault};
 }
 
 Fault AacDecoder::open(const RawBlock& block) {
@@ -289,6 +290,13 @@ void AacDecoder::allocateSbr() {
     }
 }
 
+bool AacDecoder::hasParametricStereo() const {
+    for (int c = 0; states_ && c < parser_.channels(); ++c) {
+        if (states_[c].sbr && states_[c].sbr->parser().hasParametricStereo()) return true;
+    }
+    return false;
+}
+
 void AacDecoder::beginStereo(bool isFirst) {
     stereo_ = ChannelLayout::fromConfiguration(2);
     stateOf(0).sbr->beginStereo(isFirst);
@@ -353,9 +361,9 @@ void AacDecoder::synthesiseSbr() {
             synthesiseCore(index, core);
         }
         if (stereo_) {
-            sbr->decodeStereo(core, plane(0), plane(1));
+            sbr->decodeStereo(core, PcmPlane(plane(0)), PcmPlane(plane(1)));
         } else {
-            sbr->decode(index - first, core, plane(index));
+            sbr->decode(index - first, core, PcmPlane(plane(index)));
         }
     }
     hasSound_ = true;

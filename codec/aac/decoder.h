@@ -23,6 +23,7 @@
 
 #include "aac/block.h"
 #include "aac/prediction.h"
+#include "base/concealment.h"
 #include "container/aac_stream.h"
 #include "sbr/decoder.h"
 
@@ -58,7 +59,7 @@ struct DecodedFrame {
     Fault fault = Fault::kNone;
     size_t bytesUsed = 0;  // bytes of the block, up to its end or to where its fault was noticed
     int channels = 0;      // in the output; 0: there is none, because no layout is known yet
-    int samples = ZETAC_AAC_FRAME_LEN;  // per channel
+    int samples = ZETAC_AAC_FRAME_LEN;  // per channel; 0 after a second of nothing but damage
     Fault sbrFault = Fault::kNone;      // why the core is merely resampled from here on
 };
 
@@ -69,12 +70,16 @@ class AacDecoder {
     explicit AacDecoder(DecoderOptions options = {}) : options_(options) {}
 
     /** @param pcm  out: 1024 samples of every channel, or 2048 at the doubled rate, interleaved;
-     * room for kPcmValuesMax, or for as many as that once the channels are known */
+     * room for kPcmValuesMax, or for as many as that once the channels are known. Null: the
+     * block is checked as usual, but no sound is made */
     DecodedFrame decode(const RawBlock& block, Zet16s* pcm);
 
     /** The parsed block; spectra are used up by decode(). */
     BlockParser& parser() { return parser_; }
     const BlockParser& parser() const { return parser_; }
+
+    /** Whether parametric stereo has begun. */
+    bool hasParametricStereo() const;
 
     /** Of the output. With parametric stereo it has two channels where the core has one.
      *  Only once the parser knows its layout. */
@@ -136,6 +141,7 @@ class AacDecoder {
     BlockParser parser_;
     bool isOpen_ = false;
     Fault refusal_ = Fault::kNone;
+    ConcealmentLimit concealment_;
     std::unique_ptr<ChannelState[]> states_;
     std::optional<ChannelLayout> stereo_;  // by parametric stereo
     bool hasSound_ = false;                // with SBR: some frame has been synthesised

@@ -10,19 +10,18 @@ constexpr int kSlots = ZETAC_MP3_GRANULE_LEN / kSubbands;
 
 }  // namespace
 
-Mp3Fault Mp3Decoder::open(const Mp3Format& format) {
+Fault Mp3Decoder::open(const Mp3Format& format) {
     isOpen_ = true;
     format_ = format;
     if (format.layer == 1) return Mp3Fault::kUnsupportedLayer1;
-    if (format.layer == 2) return Mp3Fault::kUnsupportedLayer2;
-    return format.version == 25 ? Mp3Fault::kUnsupportedVersion25 : Mp3Fault::kNone;
+    return format.layer == 2 ? Mp3Fault::kUnsupportedLayer2 : Fault::kNone;
 }
 
 /** A frame of another format is as silent as a damaged one, and as long as the others. */
 Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
     if (!isOpen_) refusal_ = open(frame.format);
     if (failed(refusal_)) return {refusal_, 0, 0};
-    Mp3Fault fault = Mp3Fault::kFormatChanged;
+    Fault fault = StreamFault::kFormatChanged;
     if (frame.format == format_) {
         fault = reader_.begin(frame);
     } else {
@@ -30,22 +29,21 @@ Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
     }
     const int channels = reader_.channels();
     const int granules = reader_.granules();
+    const int samples = granules * ZETAC_MP3_GRANULE_LEN;
+    if (!concealment_.admits(failed(fault), samples, sampleRate())) return {fault, channels, 0};
     for (int granule = 0; granule < granules; ++granule) {
         if (!failed(fault)) fault = decodeSpectrum(granule);
-        for (int channel = 0; channel < channels; ++channel) {
+        for (int channel = 0; pcm && channel < channels; ++channel) {
             synthesise(granule, failed(fault), channel, pcm + channel);
         }
-        pcm += ZETAC_MP3_GRANULE_LEN * channels;
+        if (pcm) pcm += ZETAC_MP3_GRANULE_LEN * channels;
     }
-    return {fault, channels, granules * ZETAC_MP3_GRANULE_LEN};
+    return {fault, channels, samples};
 }
 
-Mp3Fault Mp3Decoder::decodeSpectrum(int granule) {
-    if (const Mp3Fault fault = reader_.readGranule(granule); failed(fault)) return fault;
-    Mp3GranuleData& data = reader_.data();
-    return faultOfMp3(zetsReQuantize_MP3_32s_I(data.lines[0], data.nonZeroBound,
-                                               data.scaleFactor[0], &reader_.sideInfo(granule, 0),
-                                               &reader_.header(), work_));
+Fault Mp3Decoder::decodeSpectrum(int granule) {
+    if (const Fault fault = reader_.readGranule(granule); failed(fault)) return fault;
+    return reader_.requantize(granule, work_);
 }
 
 /** From the spectrum of one channel to its samples. A bound of 0 lets the overlap fade out. */

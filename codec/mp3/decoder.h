@@ -17,6 +17,7 @@
 
 #include <array>
 
+#include "base/concealment.h"
 #include "container/mpeg_audio.h"
 #include "mp3/frame_reader.h"
 
@@ -27,9 +28,9 @@ inline constexpr size_t kMp3PcmValuesMax = size_t{2} * 2 * ZETAC_MP3_GRANULE_LEN
 
 /** What became of one frame. */
 struct Mp3DecodedFrame {
-    Mp3Fault fault = Mp3Fault::kNone;
+    Fault fault = Fault::kNone;
     int channels = 0;  // 1 or 2, and they may change; 0: a refused stream
-    int samples = 0;   // per channel
+    int samples = 0;   // per channel; 0 after a second of nothing but damage
 };
 
 /** Decodes one stream. Granules that cannot be decoded are concealed: their spectrum is empty, so
@@ -37,7 +38,8 @@ struct Mp3DecodedFrame {
  *  all state is in the object, which is too large for small stacks. */
 class Mp3Decoder {
   public:
-    /** @param pcm  out: the samples, interleaved; room for kMp3PcmValuesMax */
+    /** @param pcm  out: the samples, interleaved; room for kMp3PcmValuesMax. Null: the frame
+     *  is checked as usual, but no sound is made */
     Mp3DecodedFrame decode(const Mp3Frame& frame, Zet16s* pcm);
 
     /** The side information of the last frame; its lines are used up. */
@@ -56,13 +58,14 @@ class Mp3Decoder {
         int transformedSubbands = 0;
     };
 
-    Mp3Fault open(const Mp3Format& format);
-    Mp3Fault decodeSpectrum(int granule);
+    Fault open(const Mp3Format& format);
+    Fault decodeSpectrum(int granule);
     void synthesise(int granule, bool isConcealed, int channel, Zet16s* pcm);
 
     bool isOpen_ = false;
-    Mp3Fault refusal_ = Mp3Fault::kNone;
+    Fault refusal_ = Fault::kNone;
     Mp3Format format_;
+    ConcealmentLimit concealment_;
     Mp3FrameReader reader_;
     ChannelState states_[2];
     alignas(64) Zet32s work_[ZETAC_MP3_GRANULE_LEN];

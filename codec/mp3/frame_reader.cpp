@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "mp3/mpeg25_bands.h"
+
 namespace zetac::codec {
 namespace {
 
@@ -16,12 +18,13 @@ constexpr int kModeJointStereo = 1;
 }  // namespace
 
 /** Works on a copy, because the readers look a little ahead and the frame may be the last. */
-Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
+Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     if (!frame.isContinuous) forgetMainData();
     Zet8u front[kFrontBytesMax + ZETAC_BIT_STREAM_SLACK] = {};
     std::memcpy(front, frame.data.data(), std::min(frame.data.size(), kFrontBytesMax));
     Zet8u* cursor = front;
     zetsUnpackFrameHeader_MP3(&cursor, &header_);
+    isMpeg25_ = frame.format.version == 25;
     // Outside of joint stereo these bits mean nothing.
     if (header_.mode != kModeJointStereo) header_.mode_extension = 0;
 
@@ -29,7 +32,7 @@ Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     const size_t frontBytes = static_cast<size_t>(cursor - front) + sideInfoBytes;
     if (failed(frame.fault) || frame.data.size() < frontBytes) {
         forgetMainData();
-        return failed(frame.fault) ? frame.fault : Mp3Fault::kTruncated;
+        return failed(frame.fault) ? frame.fault : StreamFault::kTruncated;
     }
     // The main data join the reservoir whether or not the frame can be decoded: its header was good
     // enough to find the next frame.
@@ -38,20 +41,20 @@ Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     append(frame.data.subspan(frontBytes));
     isComplete_ = frame.data.size() == frame.length;
     if (header_.protection_bit == 0 && mp3Crc(front, sideInfoBytes) != header_.crc_check) {
-        return Mp3Fault::kCrcMismatch;
+        return StreamFault::kCrcMismatch;
     }
     return readSideInfo(cursor, reservoir);
 }
 
-Mp3Fault Mp3FrameReader::readSideInfo(Zet8u* cursor, size_t reservoir) {
+Fault Mp3FrameReader::readSideInfo(Zet8u* cursor, size_t reservoir) {
     int privateBits = 0;
     const ZetStatus status =
         zetsUnpackSideInfo_MP3(&cursor, sideInfo_, &mainDataBegin_, &privateBits, scfsi_, &header_);
-    if (status < 0) return faultOfMp3(status);
+    if (status < 0) return faultOf(status);
     const auto back = static_cast<size_t>(mainDataBegin_);
     if (back > reservoir) return Mp3Fault::kMissingMainData;
     nextBit_ = (reservoir - back) * 8;
-    return Mp3Fault::kNone;
+    return Fault::kNone;
 }
 
 void Mp3FrameReader::keepReservoir() {
@@ -72,34 +75,60 @@ bool Mp3FrameReader::sharesScaleFactors() const {
     return std::any_of(scfsi_, scfsi_ + 4 * channels(), [](int flag) { return flag != 0; });
 }
 
-Mp3Fault Mp3FrameReader::readGranule(int granule) {
+Fault Mp3FrameReader::readGranule(int granule) {
     for (int channel = 0; channel < channels(); ++channel) {
-        const Mp3Fault fault = readChannel(granule, channel);
+        const Fault fault = readChannel(granule, channel);
         if (failed(fault)) return fault;
     }
-    return Mp3Fault::kNone;
+    return Fault::kNone;
 }
 
-Mp3Fault Mp3FrameReader::readChannel(int granule, int channel) {
+Fault Mp3FrameReader::readChannel(int granule, int channel) {
     ZetMP3GranuleSideInfo& info = sideInfo(granule, channel);
     const size_t start = nextBit_;
     const size_t end = start + static_cast<size_t>(info.part2_3_length);
     if (end > mainDataBytes_ * 8) {
-        return isComplete_ ? Mp3Fault::kMainDataOverrun : Mp3Fault::kTruncated;
+        return isComplete_ ? Mp3Fault::kMainDataOverrun : StreamFault::kTruncated;
     }
     Zet8u* byte = mainData_ + start / 8;
     int bit = static_cast<int>(start % 8);
     ZetStatus status =
         zetsUnpackScaleFactors_MP3_1u8s(&byte, &bit, data_.scaleFactor[channel], &info,
                                         &scfsi_[4 * channel], &header_, granule, channel);
-    if (status < 0) return faultOfMp3(status);
+    if (status < 0) return faultOf(status);
     const size_t position = static_cast<size_t>(byte - mainData_) * 8 + static_cast<size_t>(bit);
     if (position > end) return Mp3Fault::kScaleFactorsOverrun;
-    status =
-        zetsHuffmanDecode_MP3_1u32s(&byte, &bit, data_.lines[channel], &data_.nonZeroBound[channel],
-                                    &info, &header_, static_cast<int>(end - position));
+    status = readLines(byte, bit, static_cast<int>(end - position), channel, info);
     nextBit_ = end;
-    return faultOfMp3(status);
+    return faultOf(status);
+}
+
+ZetStatus Mp3FrameReader::readLines(Zet8u* byte, int bit, int bits, int channel,
+                                    ZetMP3GranuleSideInfo& info) {
+    Zet32s* lines = data_.lines[channel];
+    int* bound = &data_.nonZeroBound[channel];
+    if (!isMpeg25_) {
+        return zetsHuffmanDecode_MP3_1u32s(&byte, &bit, lines, bound, &info, &header_, bits);
+    }
+    if (info.window_switching_flag == 0) {
+        return zetsHuffmanDecodeSfb_MP3_1u32s(&byte, &bit, lines, bound, &info, &header_, bits,
+                                              kMpeg25LongBands);
+    }
+    return zetsHuffmanDecodeSfbMbp_MP3_1u32s(&byte, &bit, lines, bound, &info, &header_, bits,
+                                             kMpeg25LongBands, kMpeg25ShortBands,
+                                             kMpeg25MixedPartition);
+}
+
+Fault Mp3FrameReader::requantize(int granule, Zet32s* work) {
+    Zet32s* lines = data_.lines[0];
+    ZetMP3GranuleSideInfo* info = &sideInfo(granule, 0);
+    if (!isMpeg25_) {
+        return faultOf(zetsReQuantize_MP3_32s_I(lines, data_.nonZeroBound, data_.scaleFactor[0],
+                                                info, &header_, work));
+    }
+    return faultOf(zetsReQuantizeSfb_MP3_32s_I(lines, data_.nonZeroBound, data_.scaleFactor[0],
+                                               info, &header_, work, kMpeg25LongBands,
+                                               kMpeg25ShortBands));
 }
 
 }  // namespace zetac::codec

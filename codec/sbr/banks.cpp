@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -41,9 +40,10 @@ class FloatBanks : public SbrBanks {
     void analyse(const Zet32s* core, int bands) override;
     const LowBand& low(int, int) override { return low_; }
     void predict(uint32_t bands, LowPrediction& prediction) override;
-    void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
+    void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) override;
     void addSide() override;
-    void synthesise(const SubbandRows& rows, int side, Zet16s* pcm) override;
+    void synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) override;
+    void write(const PcmPlane& pcm) const override;
     size_t bytes() const override;
 
   private:
@@ -148,12 +148,12 @@ void FloatBanks::joinLow(const LowBand& low, const SbrSplit& split, OutputBand& 
     }
 }
 
-void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) {
+void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
     joinLow(low_, split, output);
     synthesise(SubbandRows(output, 0, kQmfBands), 0, pcm);
 }
 
-void FloatBanks::synthesise(const SubbandRows& given, int side, Zet16s* pcm) {
+void FloatBanks::synthesise(const SubbandRows& given, int side, const PcmPlane& pcm) {
     SubbandRows rows = given;
     const Synthesis& synthesis = synthesis_[side];
     if (isDownsampled_) {
@@ -163,8 +163,12 @@ void FloatBanks::synthesise(const SubbandRows& given, int side, Zet16s* pcm) {
         zetsSynthesisFilter_SBR_CToR_32f_D2L(rows.re, rows.im, samples_, SBR_TAB_QMF_WINDOW_640_FP,
                                              kSbrSlots, synthesis.whole, work_.data());
     }
-    const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
-    zetsConvert_32f16s_Sfs(samples_, pcm, length, zetRndFinancial, 0);
+    write(pcm);
+}
+
+void FloatBanks::write(const PcmPlane& pcm) const {
+    const size_t length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
+    pcm.put(0, samples_, length);
 }
 
 // --- Fixed point --------------------------------------------------------------------------------
@@ -177,9 +181,10 @@ class FixedBanks : public SbrBanks {
     void analyse(const Zet32s* core, int bands) override;
     const LowBand& low(int first, int end) override;
     void predict(uint32_t bands, LowPrediction& prediction) override;
-    void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
+    void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) override;
     void addSide() override;
-    void synthesise(const SubbandRows& rows, int side, Zet16s* pcm) override;
+    void synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) override;
+    void write(const PcmPlane& pcm) const override;
     size_t bytes() const override {
         return sizeof *this + analysis_.size() + synthesis_[0].size() + synthesis_[1].size();
     }
@@ -187,7 +192,6 @@ class FixedBanks : public SbrBanks {
   private:
     void start(std::vector<Zet8u>& synthesis) const;
     void synthesise(const Zet32sc* row, int slot, int side);
-    void write(Zet16s* pcm);
 
     bool isDownsampled_;
     std::vector<Zet8u> analysis_;
@@ -257,7 +261,7 @@ void FixedBanks::predict(uint32_t bands, LowPrediction& p) {
     }
 }
 
-void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) {
+void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
     alignas(32) Zet32sc row[kQmfBands];
     for (int i = 0; i < kSbrSlots; ++i) {
         const auto [kx, end] = split.at(i);
@@ -269,7 +273,7 @@ void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* p
     write(pcm);
 }
 
-void FixedBanks::synthesise(const SubbandRows& rows, int side, Zet16s* pcm) {
+void FixedBanks::synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) {
     alignas(32) Zet32sc row[kQmfBands];
     std::fill(row + rows.end, row + kQmfBands, Zet32sc{});
     for (int i = 0; i < kSbrSlots; ++i) {
@@ -288,12 +292,9 @@ void FixedBanks::synthesise(const Zet32sc* row, int slot, int side) {
     }
 }
 
-/** Rounds the samples. The library rounds halves to even numbers; without halves, where they are
- *  the next odd number, all is as if they were rounded upwards. */
-void FixedBanks::write(Zet16s* pcm) {
-    const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
-    for (int i = 0; i < length; ++i) samples_[i] |= 1;
-    zetsConvert_32s16s_Sfs(samples_, pcm, length, kSbrCoreFraction);
+void FixedBanks::write(const PcmPlane& pcm) const {
+    const size_t length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
+    pcm.put(0, samples_, kSbrCoreFraction, length);
 }
 
 }  // namespace

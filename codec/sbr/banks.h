@@ -9,6 +9,7 @@
 
 #include <memory>
 
+#include "base/pcm.h"
 #include "sbr/subbands.h"
 
 namespace zetac::codec {
@@ -75,14 +76,17 @@ class SbrBanks {
 
     /** Joins the low band to the high one and synthesises a frame.
      *  @param output  in: the high band; the rest is scratch */
-    virtual void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) = 0;
+    virtual void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) = 0;
 
     /** Makes a second synthesis, for parametric stereo. */
     virtual void addSide() = 0;
 
     /** Synthesises a frame from all its subbands.
      *  @param side  0, or 1 for the second synthesis */
-    virtual void synthesise(const SubbandRows& rows, int side, Zet16s* pcm) = 0;
+    virtual void synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) = 0;
+
+    /** Writes the frame that was synthesised last once more. */
+    virtual void write(const PcmPlane& pcm) const = 0;
 
     /** Memory behind this object and of it. */
     virtual size_t bytes() const = 0;

@@ -35,7 +35,7 @@ Fault SbrParser::parse(const SbrPayload& payload) {
     SbrBits bits(payload);
     const bool hasCrc = bits.get(kExtensionTypeBits) == kSbrDataCrc;
     if (hasCrc) bits.skip(kCrcBits);
-    Fault fault = hasCrc && !isCrcGood(payload) ? Fault::kSbrCrc : Fault::kNone;
+    Fault fault = hasCrc && !isCrcGood(payload) ? SbrFault::kCrc : Fault::kNone;
     const bool bs_header_flag = bits.flag();
     const bool isFresh = !isSynchronised_;
     if (isFresh && !bs_header_flag) {
@@ -44,7 +44,7 @@ Fault SbrParser::parse(const SbrPayload& payload) {
     }
     if (!failed(fault) && bs_header_flag) fault = readHeader(bits);
     if (!failed(fault)) fault = isPair_ ? readPair(bits) : readSingle(bits);
-    if (!failed(fault) && bits.isBeyondEnd()) fault = Fault::kSbrTruncated;
+    if (!failed(fault) && bits.isBeyondEnd()) fault = SbrFault::kTruncated;
     Fault stereoFault = Fault::kNone;
     if (!failed(fault)) fault = readExtendedData(bits, stereoFault);
     if (failed(fault)) ps_.lose();
@@ -64,7 +64,7 @@ Fault SbrParser::readHeader(SbrBits& bits) {
         return Fault::kNone;
     }
     const auto tables = SbrFrequencyTables::make(header, sampleRate_);
-    if (!tables) return Fault::kSbrHeader;
+    if (!tables) return SbrFault::kHeader;
     header_ = header;
     tables_ = *tables;
     hasTables_ = true;
@@ -168,7 +168,7 @@ Fault SbrParser::readExtendedData(SbrBits& bits, Fault& stereoFault) {
     SbrBits extension = bits;
     const size_t end = bits.position() + size * 8;
     bits.skip(size * 8);
-    if (bits.isBeyondEnd()) return Fault::kSbrTruncated;
+    if (bits.isBeyondEnd()) return SbrFault::kTruncated;
     if (!isPair_ && size > 0 && extension.get(2) == kParametricStereo) {
         stereoFault = ps_.parse(extension, end);
     } else {

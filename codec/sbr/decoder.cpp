@@ -7,7 +7,7 @@
 namespace zetac::codec {
 
 SbrDecoder::SbrDecoder(bool isPair, int sampleRate, const SbrBankOptions& options)
-    : parser_(isPair, sampleRate), isDownsampled_(options.isDownsampled), high_{}, output_{} {
+    : parser_(isPair, sampleRate), high_{}, output_{} {
     for (int i = 0; i < parser_.channels(); ++i) channels_[i].banks = SbrBanks::make(options);
 }
 
@@ -17,7 +17,7 @@ size_t SbrDecoder::stateBytes() const {
     return bytes;
 }
 
-void SbrDecoder::decode(int channel, const Zet32s* core, Zet16s* pcm) {
+void SbrDecoder::decode(int channel, const Zet32s* core, const PcmPlane& pcm) {
     const SbrSplit split = makeBands(channel, core);
     channels_[channel].banks->synthesise(output_, split, pcm);
 }
@@ -28,20 +28,21 @@ void SbrDecoder::beginStereo(bool isFirst) {
     isMono_ = !isFirst;
 }
 
-void SbrDecoder::decodeStereo(const Zet32s* core, Zet16s* left, Zet16s* right) {
+void SbrDecoder::decodeStereo(const Zet32s* core, const PcmPlane& left, const PcmPlane& right) {
     SbrBanks& banks = *channels_[0].banks;
     const PsFrame& frame = parser_.parametricStereo();
     const SbrSplit split = makeBands(0, core);
     const LowBand& low = banks.low(0, kLowBands);
     if (isMono_) {
         ps_->listen(frame.is34, low, output_, split);
+        banks.synthesise(ps_->left(), 1, right);
+        banks.synthesise(ps_->left(), 0, left);
+        banks.write(right);
     } else {
         ps_->decode(frame, low, output_, split);
+        banks.synthesise(ps_->left(), 0, left);
+        banks.synthesise(ps_->right(), 1, right);
     }
-    banks.synthesise(ps_->left(), 0, left);
-    banks.synthesise(isMono_ ? ps_->left() : ps_->right(), 1, right);
-    const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
-    if (isMono_) std::copy_n(left, length, right);
     isMono_ = false;
 }
 

@@ -31,7 +31,7 @@ class SbrDecoder {
     /** Decodes a frame of one channel.
      *  @param core  1024 samples with kSbrCoreFraction fractional bits
      *  @param pcm   out: 2048 samples, or 1024 when down-sampled */
-    void decode(int channel, const Zet32s* core, Zet16s* pcm);
+    void decode(int channel, const Zet32s* core, const PcmPlane& pcm);
 
     /** Has the next frame of a single channel come out in stereo.
      *  @param isFirst  nothing has been decoded before; else the next frame is mono on both sides
@@ -40,7 +40,7 @@ class SbrDecoder {
     bool isStereo() const { return ps_ != nullptr; }
 
     /** Decodes a frame of stereo; as decode(). */
-    void decodeStereo(const Zet32s* core, Zet16s* left, Zet16s* right);
+    void decodeStereo(const Zet32s* core, const PcmPlane& left, const PcmPlane& right);
 
     const SbrParser& parser() const { return parser_; }
 
@@ -67,7 +67,6 @@ class SbrDecoder {
     static void keepOverhang(const OutputBand& output, ChannelState& state);
 
     SbrParser parser_;
-    bool isDownsampled_;
     ChannelState channels_[2];
     std::unique_ptr<PsDecoder> ps_;
     bool isMono_ = false;  // on both sides, in the next frame

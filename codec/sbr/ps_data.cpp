@@ -47,7 +47,7 @@ Fault PsParser::parse(SbrBits& bits, size_t end) {
     }
     *this = before;
     lose();
-    return before.known_ != 0 ? Fault::kPsData : Fault::kNone;
+    return before.known_ != 0 ? SbrFault::kParametricStereo : Fault::kNone;
 }
 
 void PsParser::hold() {

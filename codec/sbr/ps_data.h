@@ -8,8 +8,8 @@
 #include <array>
 #include <cstdint>
 
-#include "aac/fault.h"
 #include "sbr/bits.h"
+#include "sbr/fault.h"
 #include "sbr/huffman.h"
 
 namespace zetac::codec {

@@ -25,7 +25,7 @@ using LevelTable = std::array<Kernel, kNumLevels>;
 
 // The kernel for this processor. Called once per exported call, never inside a loop.
 template <class Kernel>
-inline Kernel select(const LevelTable<Kernel>& table) {
+inline const Kernel& select(const LevelTable<Kernel>& table) {
     return table[static_cast<unsigned>(currentLevel())];
 }
 

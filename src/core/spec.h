@@ -24,6 +24,26 @@ enum class SpecId : Zet32s {
     kMdctFwd16s = 57,
     kFirBlock32f = 58,
     kFdp32f = 59,
+    kQmfAnalysisPairs = 0x434D4156,
+    kQmfAnalysisParts,
+    kQmfAnalysisReal,
+    kQmfSynthesisPairs,
+    kQmfSynthesisParts,
+    kQmfSynthesisReal,
+    kQmfDownPairs,
+    kQmfDownParts,
+    kQmfDownReal,
+    kVlcEncode,
+    kVlcDecode,
+    kFixedQmfAnalysisHQ,
+    kFixedQmfAnalysisLP,
+    kFixedQmfSynthesisHQ,
+    kFixedQmfSynthesisLP,
+    kFixedQmfDownHQ,
+    kFixedQmfDownLP,
+    kPqmfSynthesis,
+    kPqmfAnalysis,
+    kQmfEncoder = 0x434D416A,
 };
 
 struct SpecHeader {
@@ -31,16 +51,27 @@ struct SpecHeader {
     Zet32s owned;  // 1: made by InitAlloc, Free releases the memory
 };
 
-// The structure may be of any family, or none: its first word is read as bytes.
+// Where a structure keeps its identifier and its owner: in a SpecHeader, or in fields of the same
+// names where other fields have to come first.
+template <class Spec>
+auto& headerOf(Spec& spec) {
+    if constexpr (requires { spec.header; })
+        return spec.header;
+    else
+        return spec;
+}
+
+// What is called a structure may be of any family, or none: the identifier is read as bytes.
 inline bool hasId(const void* spec, SpecId id) {
     return std::memcmp(spec, &id, sizeof id) == 0;
 }
 
 inline constexpr size_t kSpecAlignment = 32;
 
+// To the next multiple of a power of two.
 template <class T>
 constexpr T roundUp(T size, T multiple = kSpecAlignment) {
-    return (size + multiple - 1) / multiple * multiple;
+    return (size + multiple - 1) & ~(multiple - 1);
 }
 
 // The first boundary of a block of the caller.
@@ -49,26 +80,42 @@ inline Zet8u* alignUp(Zet8u* memory, uintptr_t alignment = kSpecAlignment) {
     return memory + (roundUp(address, alignment) - address);
 }
 
-// Cuts a block into pieces, each on a 32-byte boundary. Without memory it measures: the same
-// sequence of take() then gives the size to ask for, so that the two cannot disagree. Sizes are
-// counted at 64 bits, since those of large transforms exceed 32.
+// Cuts a block into pieces, the first on a boundary of the block's alignment. Without memory it
+// measures: the same sequence of take() then gives the size to ask for, so that the two cannot
+// disagree. Sizes are counted at 64 bits, since those of large transforms exceed 32.
 class Layout {
   public:
-    explicit Layout(Zet8u* memory = nullptr) : start_(memory ? alignUp(memory) : nullptr) {}
+    explicit Layout(Zet8u* memory = nullptr, uint32_t alignment = kSpecAlignment)
+        : start_(memory ? alignUp(memory, alignment) : nullptr), alignment_(alignment) {}
 
-    // Room for count elements; null when measuring. An alignment beyond 32 costs slack.
+    // Room for count elements on a boundary of the block's alignment; null when measuring.
     template <class T>
-    T* take(uint64_t count = 1, uint32_t alignment = kSpecAlignment) {
-        Zet8u* piece = start_ ? alignUp(start_ + used_, alignment) : nullptr;
-        used_ += roundUp<uint64_t>(count * sizeof(T)) + alignment - kSpecAlignment;
-        return reinterpret_cast<T*>(piece);
+    T* take(uint64_t count = 1) {
+        return take<T>(count, alignment_);
     }
+    // An alignment beyond that of the block costs slack.
+    template <class T>
+    T* take(uint64_t count, uint32_t alignment) {
+        return reinterpret_cast<T*>(takeBytes(count * sizeof(T), alignment));
+    }
+    Zet8u* takeBytes(uint64_t bytes) { return takeBytes(bytes, alignment_); }
 
     // Bytes that a block of any alignment needs for all pieces taken so far; 0 for none.
-    uint64_t size() const { return used_ == 0 ? 0 : used_ + kSpecAlignment - 1; }
+    uint64_t size() const {
+        return used_ == 0 ? 0 : roundUp<uint64_t>(used_, alignment_) + alignment_ - 1;
+    }
 
   private:
+    Zet8u* takeBytes(uint64_t bytes, uint32_t alignment) {
+        const uint32_t known = alignment < alignment_ ? alignment : alignment_;
+        used_ = roundUp<uint64_t>(used_, known);
+        Zet8u* piece = start_ ? alignUp(start_ + used_, alignment) : nullptr;
+        used_ += bytes + alignment - known;
+        return piece;
+    }
+
     Zet8u* start_;
+    uint32_t alignment_;
     uint64_t used_ = 0;
 };
 
@@ -111,16 +158,21 @@ ZetStatus allocateSpec(Spec** result, int size, Init init) {
     Zet8u* memory = zetsMalloc_8u(size);
     if (!memory) return zetStsNoMemory;
     Spec* spec = init(memory);  // memory is aligned, so that spec stands at its start
-    spec->header.owned = 1;
+    headerOf(*spec).owned = 1;
     *result = spec;
     return zetStsOk;
 }
 
-// Free of a spec that is one block.
+// Free of a spec that is one block. One in memory of the caller is only marked.
 template <class Spec>
 void freeSpec(Spec* spec) {
-    spec->header.id = SpecId::kFreed;
-    if (spec->header.owned) zetsFree(spec);
+    headerOf(*spec).id = SpecId::kFreed;
+    if (headerOf(*spec).owned) zetsFree(spec);
+}
+// Free of the families whose structures live on in memory of the caller.
+template <class Spec>
+void freeIfOwned(Spec* spec) {
+    if (headerOf(*spec).owned == 1) freeSpec(spec);
 }
 
 }  // namespace zetac::core

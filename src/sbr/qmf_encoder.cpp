@@ -9,8 +9,7 @@
 namespace zetac::sbr {
 namespace {
 
-constexpr core::SpecId kEncoderId{0x434D416A};
-constexpr int kAlignment = 16;
+constexpr uint32_t kAlignment = 16;
 constexpr int kOrder = 6;
 constexpr int kBands = 1 << kOrder;
 
@@ -19,12 +18,16 @@ struct EncoderState {
     core::SpecHeader header;
     const ZetsFFTSpec_C_32fc* fft;
 };
-constexpr int kStateRoom = 48;
+constexpr uint64_t kStateRoom = 48;
 static_assert(sizeof(EncoderState) <= kStateRoom);
 
 // A state begins at the first boundary of the caller's memory.
 EncoderState* stateIn(Zet8u* memory) {
     return reinterpret_cast<EncoderState*>(core::alignUp(memory, kAlignment));
+}
+
+bool isEncoder(const EncoderState* state) {
+    return core::hasId(state, core::SpecId::kQmfEncoder);
 }
 
 struct Sizes {
@@ -37,18 +40,21 @@ ZetStatus getSizes(Sizes* sizes) {
     int fftWork = 0;
     const ZetStatus status = zetsFFTGetSize_C_32fc(kOrder, zetFftNoDiv, zetAlgHintAccurate,
                                                    &fftSize, &sizes->init, &fftWork);
-    sizes->state = core::roundUp(fftSize + 4, kAlignment) + core::roundUp(fftWork + 4, kAlignment) +
-                   kStateRoom + kAlignment - 1;
+    core::Layout layout(nullptr, kAlignment);
+    layout.takeBytes(kStateRoom);
+    layout.takeBytes(static_cast<uint64_t>(fftSize) + 4);
+    layout.takeBytes(static_cast<uint64_t>(fftWork) + 4);
+    sizes->state = static_cast<int>(layout.size());
     return status;
 }
 
 ZetStatus init(Zet8u* memory, Zet8u* memInit) {
-    EncoderState* state = stateIn(memory);
+    core::Layout layout(memory, kAlignment);
+    auto* state = reinterpret_cast<EncoderState*>(layout.takeBytes(kStateRoom));
     ZetsFFTSpec_C_32fc* fft = nullptr;
-    Zet8u* memoryOfFft = reinterpret_cast<Zet8u*>(state) + kStateRoom;
-    const ZetStatus status =
-        zetsFFTInit_C_32fc(&fft, kOrder, zetFftNoDiv, zetAlgHintAccurate, memoryOfFft, memInit);
-    *state = {{kEncoderId, 0}, fft};
+    const ZetStatus status = zetsFFTInit_C_32fc(&fft, kOrder, zetFftNoDiv, zetAlgHintAccurate,
+                                                layout.takeBytes(0), memInit);
+    *state = {{core::SpecId::kQmfEncoder, 0}, fft};
     return status;
 }
 
@@ -106,15 +112,15 @@ ZetStatus zetsAnalysisFilterEncInitAlloc_SBR_32f(Zet8u** ppState) {
 ZetStatus zetsAnalysisFilterEncFree_SBR_32f(Zet8u* pState) {
     ZETAC_REQUIRE(core::allSet(pState), zetStsNullPointer);
     EncoderState* state = stateIn(pState);
-    ZETAC_REQUIRE(core::hasId(state, kEncoderId), zetStsSpecMismatch);
-    if (state->header.owned == 1) core::freeSpec(state);
+    ZETAC_REQUIRE(isEncoder(state), zetStsSpecMismatch);
+    core::freeIfOwned(state);
     return zetStsOk;
 }
 
 ZetStatus zetsAnalysisFilterEnc_SBR_32f32fc(const Zet32f* pSrc, Zet32fc* pDst, Zet8u* pState) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pState), zetStsNullPointer);
     const EncoderState* state = stateIn(pState);
-    ZETAC_REQUIRE(core::hasId(state, kEncoderId), zetStsSpecMismatch);
+    ZETAC_REQUIRE(isEncoder(state), zetStsSpecMismatch);
     analyze(pSrc, pDst, *state);
     return zetStsOk;
 }

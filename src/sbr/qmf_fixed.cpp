@@ -1,6 +1,5 @@
 // The fixed-point QMF banks of SBR (ISO/IEC 14496-3, 4.6.18.4 and 4.6.18.8.2): states and slots.
 #include <algorithm>
-#include <cstring>
 
 #include "core/checks.h"
 #include "core/spec.h"
@@ -9,8 +8,10 @@
 namespace zetac::sbr {
 namespace {
 
-constexpr int kStateAlignment = 16;
-constexpr int kHeaderSize = 32;
+using core::SpecId;
+
+constexpr uint32_t kStateAlignment = 16;
+constexpr uint64_t kHeaderSize = 32;
 
 // A state begins at the first multiple of 16 behind the caller's pointer: this header, then the
 // delay line 32 bytes after its start. Packed, since both records have to fit into these 32 bytes
@@ -20,79 +21,80 @@ struct [[gnu::packed, gnu::aligned(4)]] LineRecord {
     Zet32s position;
 };
 struct [[gnu::packed, gnu::aligned(4)]] StateHeader {
-    uint32_t identifier;
+    SpecId id;
     LineRecord* record;
     Zet32s owned;
 };
 static_assert(sizeof(StateHeader) + sizeof(LineRecord) <= kHeaderSize);
 
-// The banks: identifier and bands of a slot of the line.
-enum Bank : uint32_t {
-    kAnalysisHQ = 0x434D4161,
-    kAnalysisLP = 0x434D4162,
-    kSynthesisHQ = 0x434D4163,
-    kSynthesisLP = 0x434D4164,
-    kSynthesisDownHQ = 0x434D4165,
-    kSynthesisDownLP = 0x434D4166,
-};
-
-constexpr int slotLength(Bank bank) {
-    if (bank == kAnalysisHQ || bank == kAnalysisLP) return 32;
-    return bank == kSynthesisHQ || bank == kSynthesisLP ? 128 : 64;
+constexpr int slotLength(SpecId bank) {
+    if (bank == SpecId::kFixedQmfAnalysisHQ || bank == SpecId::kFixedQmfAnalysisLP) return 32;
+    if (bank == SpecId::kFixedQmfSynthesisHQ || bank == SpecId::kFixedQmfSynthesisLP) return 128;
+    return 64;
 }
-constexpr int lineLength(Bank bank) {
+constexpr int lineLength(SpecId bank) {
     return kQmfSlots * slotLength(bank);
 }
-constexpr int stateSize(Bank bank) {
-    return kStateAlignment - 1 + kHeaderSize + lineLength(bank) * static_cast<int>(sizeof(Zet32s));
+
+struct Pieces {
+    StateHeader* header;
+    Zet32s* line;
+};
+
+Pieces layOut(core::Layout& layout, SpecId bank) {
+    auto* header = reinterpret_cast<StateHeader*>(layout.takeBytes(kHeaderSize));
+    return {header, layout.take<Zet32s>(lineLength(bank))};
+}
+
+int stateSize(SpecId bank) {
+    core::Layout layout(nullptr, kStateAlignment);
+    layOut(layout, bank);
+    return static_cast<int>(layout.size());
+}
+
+StateHeader* makeState(Zet8u* memory, SpecId bank) {
+    core::Layout layout(memory, kStateAlignment);
+    const auto [header, line] = layOut(layout, bank);
+    auto* record = reinterpret_cast<LineRecord*>(header + 1);
+    *header = {bank, record, 0};
+    *record = {line, 0};
+    std::fill_n(line, lineLength(bank), 0);
+    return header;
 }
 
 StateHeader* headerIn(Zet8u* state) {
     return reinterpret_cast<StateHeader*>(core::alignUp(state, kStateAlignment));
 }
 
-void layOut(Zet8u* state, Bank bank, Zet32s owned) {
-    Zet8u* block = core::alignUp(state, kStateAlignment);
-    auto* header = reinterpret_cast<StateHeader*>(block);
-    auto* record = reinterpret_cast<LineRecord*>(header + 1);
-    auto* line = reinterpret_cast<Zet32s*>(block + kHeaderSize);
-    *header = {bank, record, owned};
-    *record = {line, 0};
-    std::fill_n(line, lineLength(bank), 0);
-}
-
-template <Bank bank>
+template <SpecId bank>
 ZetStatus getSize(int* size) {
     ZETAC_REQUIRE(size, zetStsNullPointer);
     *size = stateSize(bank);
     return zetStsOk;
 }
 
-template <Bank bank>
+template <SpecId bank>
 ZetStatus init(Zet8u* state) {
     ZETAC_REQUIRE(state, zetStsNullPointer);
-    layOut(state, bank, 0);
+    makeState(state, bank);
     return zetStsOk;
 }
 
-template <Bank bank>
+template <SpecId bank>
 ZetStatus initAlloc(Zet8u** state) {
     ZETAC_REQUIRE(state, zetStsNullPointer);
-    Zet8u* memory = zetsMalloc_8u(stateSize(bank));
-    ZETAC_REQUIRE(memory, zetStsNoMemory);
-    layOut(memory, bank, 1);
-    *state = memory;
-    return zetStsOk;
+    StateHeader* header = nullptr;
+    const ZetStatus status = core::allocateSpec(
+        &header, stateSize(bank), [](Zet8u* memory) { return makeState(memory, bank); });
+    if (status == zetStsOk) *state = reinterpret_cast<Zet8u*>(header);
+    return status;
 }
 
-template <Bank bank>
+template <SpecId bank>
 ZetStatus release(Zet8u* state) {
     ZETAC_REQUIRE(state, zetStsNullPointer);
-    StateHeader* header = headerIn(state);
-    ZETAC_REQUIRE(header->identifier == bank, zetStsSpecMismatch);
-    if (header->owned != 1) return zetStsOk;
-    header->identifier = 0;
-    zetsFree(state);
+    ZETAC_REQUIRE(core::hasId(headerIn(state), bank), zetStsSpecMismatch);
+    core::freeIfOwned(headerIn(state));
     return zetStsOk;
 }
 
@@ -100,14 +102,14 @@ ZetStatus release(Zet8u* state) {
 // the 64-band bank, in steps of 128 values modulo 1280, and the down bank, in steps of 64 modulo
 // 640, by turns: the position that the other one left is then taken modulo 640, or down to a
 // multiple of 128, so that a slot never reaches beyond the line.
-template <Bank bank>
+template <SpecId bank>
 int positionIn(const LineRecord& record) {
     constexpr int kLength = slotLength(bank);
     return record.position % lineLength(bank) / kLength * kLength;
 }
 
 // One slot: run(line, position), then the move to the next one.
-template <Bank bank, class Run>
+template <SpecId bank, class Run>
 void runSlot(StateHeader* header, Run run) {
     LineRecord& record = *header->record;
     const int position = positionIn<bank>(record);
@@ -115,15 +117,15 @@ void runSlot(StateHeader* header, Run run) {
     record.position = (position > 0 ? position : lineLength(bank)) - slotLength(bank);
 }
 
-template <Bank bank, class Sample>
+template <SpecId bank, class Sample>
 ZetStatus analyse(const Zet32s* src, Sample* dst, int kx, Zet8u* state,
                   void (*QmfFixedKernels::*kernel)(const Zet32s*, Sample*, Zet32s*, int)) {
     ZETAC_REQUIRE(core::allSet(src, dst, state), zetStsNullPointer);
     StateHeader* header = headerIn(state);
-    ZETAC_REQUIRE(header->identifier == bank, zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::hasId(header, bank), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::inRange(kx, 0, 32), zetStsBadSize);
 
-    const QmfFixedKernels& kernels = kQmfFixedKernels[static_cast<unsigned>(core::currentLevel())];
+    const QmfFixedKernels& kernels = core::select(kQmfFixedKernels);
     runSlot<bank>(header,
                   [&](Zet32s* line, int position) { (kernels.*kernel)(src, dst, line, position); });
     std::fill(dst + kx, dst + 32, Sample{});
@@ -131,20 +133,21 @@ ZetStatus analyse(const Zet32s* src, Sample* dst, int kx, Zet8u* state,
 }
 
 // A down bank takes a state of the 64-band bank of its mode as well.
-constexpr bool accepts(Bank bank, uint32_t identifier) {
-    if (bank == kSynthesisDownHQ && identifier == kSynthesisHQ) return true;
-    if (bank == kSynthesisDownLP && identifier == kSynthesisLP) return true;
-    return identifier == bank;
+bool accepts(SpecId bank, const StateHeader* header) {
+    const SpecId full = bank == SpecId::kFixedQmfDownHQ   ? SpecId::kFixedQmfSynthesisHQ
+                        : bank == SpecId::kFixedQmfDownLP ? SpecId::kFixedQmfSynthesisLP
+                                                          : bank;
+    return core::hasId(header, bank) || core::hasId(header, full);
 }
 
-template <Bank bank, class Sample>
+template <SpecId bank, class Sample>
 ZetStatus synthesise(const Sample* src, Zet32s* dst, Zet8u* state,
                      void (*QmfFixedKernels::*kernel)(const Sample*, Zet32s*, Zet32s*, int)) {
     ZETAC_REQUIRE(core::allSet(src, dst, state), zetStsNullPointer);
     StateHeader* header = headerIn(state);
-    ZETAC_REQUIRE(accepts(bank, header->identifier), zetStsSpecMismatch);
+    ZETAC_REQUIRE(accepts(bank, header), zetStsSpecMismatch);
 
-    const QmfFixedKernels& kernels = kQmfFixedKernels[static_cast<unsigned>(core::currentLevel())];
+    const QmfFixedKernels& kernels = core::select(kQmfFixedKernels);
     runSlot<bank>(header,
                   [&](Zet32s* line, int position) { (kernels.*kernel)(src, dst, line, position); });
     return zetStsOk;
@@ -154,6 +157,7 @@ ZetStatus synthesise(const Sample* src, Zet32s* dst, Zet8u* state,
 }  // namespace zetac::sbr
 
 using namespace zetac::sbr;
+using zetac::core::SpecId;
 
 // The life cycle of a bank, by the endings of its names.
 #define ZETAC_QMF_LIFE_CYCLE(filter, mode, bank)                \
@@ -170,34 +174,40 @@ using namespace zetac::sbr;
         return release<bank>(pState);                           \
     }
 
-ZETAC_QMF_LIFE_CYCLE(AnalysisFilter, SBRHQ_32s32sc, kAnalysisHQ)
-ZETAC_QMF_LIFE_CYCLE(AnalysisFilter, SBRLP_32s, kAnalysisLP)
-ZETAC_QMF_LIFE_CYCLE(SynthesisFilter, SBRHQ_32sc32s, kSynthesisHQ)
-ZETAC_QMF_LIFE_CYCLE(SynthesisFilter, SBRLP_32s, kSynthesisLP)
-ZETAC_QMF_LIFE_CYCLE(SynthesisDownFilter, SBRHQ_32sc32s, kSynthesisDownHQ)
-ZETAC_QMF_LIFE_CYCLE(SynthesisDownFilter, SBRLP_32s, kSynthesisDownLP)
+ZETAC_QMF_LIFE_CYCLE(AnalysisFilter, SBRHQ_32s32sc, SpecId::kFixedQmfAnalysisHQ)
+ZETAC_QMF_LIFE_CYCLE(AnalysisFilter, SBRLP_32s, SpecId::kFixedQmfAnalysisLP)
+ZETAC_QMF_LIFE_CYCLE(SynthesisFilter, SBRHQ_32sc32s, SpecId::kFixedQmfSynthesisHQ)
+ZETAC_QMF_LIFE_CYCLE(SynthesisFilter, SBRLP_32s, SpecId::kFixedQmfSynthesisLP)
+ZETAC_QMF_LIFE_CYCLE(SynthesisDownFilter, SBRHQ_32sc32s, SpecId::kFixedQmfDownHQ)
+ZETAC_QMF_LIFE_CYCLE(SynthesisDownFilter, SBRLP_32s, SpecId::kFixedQmfDownLP)
 
 ZetStatus zetsAnalysisFilter_SBRHQ_32s32sc(const Zet32s* pSrc, Zet32sc* pDst, int kx,
                                            Zet8u* pState) {
-    return analyse<kAnalysisHQ>(pSrc, pDst, kx, pState, &QmfFixedKernels::analysisHQ);
+    return analyse<SpecId::kFixedQmfAnalysisHQ>(pSrc, pDst, kx, pState,
+                                                &QmfFixedKernels::analysisHQ);
 }
 
 ZetStatus zetsAnalysisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, int kx, Zet8u* pState) {
-    return analyse<kAnalysisLP>(pSrc, pDst, kx, pState, &QmfFixedKernels::analysisLP);
+    return analyse<SpecId::kFixedQmfAnalysisLP>(pSrc, pDst, kx, pState,
+                                                &QmfFixedKernels::analysisLP);
 }
 
 ZetStatus zetsSynthesisFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst, Zet8u* pState) {
-    return synthesise<kSynthesisHQ>(pSrc, pDst, pState, &QmfFixedKernels::synthesisHQ);
+    return synthesise<SpecId::kFixedQmfSynthesisHQ>(pSrc, pDst, pState,
+                                                    &QmfFixedKernels::synthesisHQ);
 }
 
 ZetStatus zetsSynthesisFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, Zet8u* pState) {
-    return synthesise<kSynthesisLP>(pSrc, pDst, pState, &QmfFixedKernels::synthesisLP);
+    return synthesise<SpecId::kFixedQmfSynthesisLP>(pSrc, pDst, pState,
+                                                    &QmfFixedKernels::synthesisLP);
 }
 
 ZetStatus zetsSynthesisDownFilter_SBRHQ_32sc32s(const Zet32sc* pSrc, Zet32s* pDst, Zet8u* pState) {
-    return synthesise<kSynthesisDownHQ>(pSrc, pDst, pState, &QmfFixedKernels::synthesisDownHQ);
+    return synthesise<SpecId::kFixedQmfDownHQ>(pSrc, pDst, pState,
+                                               &QmfFixedKernels::synthesisDownHQ);
 }
 
 ZetStatus zetsSynthesisDownFilter_SBRLP_32s(const Zet32s* pSrc, Zet32s* pDst, Zet8u* pState) {
-    return synthesise<kSynthesisDownLP>(pSrc, pDst, pState, &QmfFixedKernels::synthesisDownLP);
+    return synthesise<SpecId::kFixedQmfDownLP>(pSrc, pDst, pState,
+                                               &QmfFixedKernels::synthesisDownLP);
 }

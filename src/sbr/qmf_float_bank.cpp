@@ -60,14 +60,28 @@ using SynthesisComplex = Bank<FftOfPairs<5>, 1280>;
 using DownReal = Bank<ForwardDct<32>, 640>;
 using DownComplex = Bank<FftOfPairs<6>, 640>;
 
+struct Pieces {
+    Zet8u* transform;
+    Zet8u* spec;
+    Zet32f* line;
+};
+
+template <class Bank>
+Pieces layOut(core::Layout& layout, const Sizes& sizes) {
+    Zet8u* transform = layout.takeBytes(sizes.spec);
+    Zet8u* spec = layout.takeBytes(kQmfSpecRoom);
+    return {transform, spec, layout.take<Zet32f>(Bank::kRoom)};
+}
+
 template <class Bank>
 ZetStatus getSize(int* spec, int* init, int* work) {
     ZETAC_REQUIRE(core::allSet(spec, init, work), zetStsNullPointer);
     Sizes sizes;
     const ZetStatus status = Bank::Transform::getSize(&sizes);
     ZETAC_REQUIRE(status == zetStsOk, status);
-    *spec = core::roundUp(sizes.spec, kQmfAlignment) + kQmfAlignment - 1 + kQmfSpecRoom +
-            Bank::kRoom * static_cast<int>(sizeof(Zet32f));
+    core::Layout layout(nullptr, kQmfAlignment);
+    layOut<Bank>(layout, sizes);
+    *spec = static_cast<int>(layout.size());
     *init = sizes.init + 4;
     *work = sizes.work + 4;
     return zetStsOk;
@@ -77,16 +91,16 @@ template <class Bank, class Spec>
 ZetStatus init(Spec** result, Zet8u* memory, Zet8u* memInit) {
     ZETAC_REQUIRE(core::allSet(result, memory, memInit), zetStsNullPointer);
     Sizes sizes;
-    typename Bank::Transform::Spec* transform = nullptr;
-    Zet8u* start = core::alignUp(memory, kQmfAlignment);
     ZetStatus status = Bank::Transform::getSize(&sizes);
-    if (status == zetStsOk) status = Bank::Transform::init(&transform, start, memInit);
     ZETAC_REQUIRE(status == zetStsOk, status);
-    Zet8u* place = start + core::roundUp(sizes.spec, kQmfAlignment);
-    auto* spec = reinterpret_cast<Spec*>(place);
-    auto* line = reinterpret_cast<Zet32f*>(place + kQmfSpecRoom);
-    static_cast<QmfSpec&>(*spec) = {kQmfId<Spec>, line, 0, transform};
-    std::fill_n(line, Bank::kCount, 0.0f);
+    core::Layout layout(memory, kQmfAlignment);
+    const Pieces pieces = layOut<Bank>(layout, sizes);
+    typename Bank::Transform::Spec* transform = nullptr;
+    status = Bank::Transform::init(&transform, pieces.transform, memInit);
+    ZETAC_REQUIRE(status == zetStsOk, status);
+    auto* spec = reinterpret_cast<Spec*>(pieces.spec);
+    static_cast<QmfSpec&>(*spec) = {kQmfId<Spec>, pieces.line, 0, transform};
+    std::fill_n(pieces.line, Bank::kCount, 0.0f);
     *result = spec;
     return zetStsOk;
 }

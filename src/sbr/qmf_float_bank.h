@@ -20,8 +20,8 @@ struct QmfSpec {
     DelayLine delayLine() const { return {line, &position}; }
 };
 
-inline constexpr int kQmfSpecRoom = 32;
-inline constexpr int kQmfAlignment = 16;
+inline constexpr uint64_t kQmfSpecRoom = 32;
+inline constexpr uint32_t kQmfAlignment = 16;
 static_assert(sizeof(QmfSpec) <= kQmfSpecRoom);
 
 }  // namespace zetac::sbr
@@ -42,23 +42,29 @@ namespace zetac::sbr {
 template <class Spec>
 inline constexpr core::SpecId kQmfId{};
 template <>
-inline constexpr core::SpecId kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f32fc>{0x434D4156};
+inline constexpr auto kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f32fc> =
+    core::SpecId::kQmfAnalysisPairs;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f>{0x434D4157};
+inline constexpr auto kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f> = core::SpecId::kQmfAnalysisParts;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsAnalysisFilterSpec_SBR_RToR_32f>{0x434D4158};
+inline constexpr auto kQmfId<ZetsAnalysisFilterSpec_SBR_RToR_32f> = core::SpecId::kQmfAnalysisReal;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32fc32f>{0x434D4159};
+inline constexpr auto kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32fc32f> =
+    core::SpecId::kQmfSynthesisPairs;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32f>{0x434D415A};
+inline constexpr auto kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32f> =
+    core::SpecId::kQmfSynthesisParts;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsSynthesisFilterSpec_SBR_RToR_32f>{0x434D415B};
+inline constexpr auto kQmfId<ZetsSynthesisFilterSpec_SBR_RToR_32f> =
+    core::SpecId::kQmfSynthesisReal;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f>{0x434D415C};
+inline constexpr auto kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f> =
+    core::SpecId::kQmfDownPairs;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32f>{0x434D415D};
+inline constexpr auto kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32f> =
+    core::SpecId::kQmfDownParts;
 template <>
-inline constexpr core::SpecId kQmfId<ZetsSynthesisDownFilterSpec_SBR_RToR_32f>{0x434D415E};
+inline constexpr auto kQmfId<ZetsSynthesisDownFilterSpec_SBR_RToR_32f> = core::SpecId::kQmfDownReal;
 
 template <class Spec>
 bool isBank(const Spec* spec) {

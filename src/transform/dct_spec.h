@@ -39,9 +39,6 @@ DctSizes dctSizes(int len);
 DctSpec* makeDctSpec(const DctParameters& parameters, Zet8u* memory, Zet8u* init);
 
 // The order of the FFT that a length runs on.
-constexpr bool isPowerOfTwo(int len) {
-    return (len & (len - 1)) == 0;
-}
 int dctFftOrder(int len);
 
 }  // namespace zetac::transform

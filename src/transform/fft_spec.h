@@ -10,6 +10,10 @@ namespace zetac::transform {
 
 inline constexpr uint32_t kCacheLine = 64;
 
+constexpr bool isPowerOfTwo(int len) {
+    return len > 0 && (len & (len - 1)) == 0;
+}
+
 struct FftSpec {
     core::SpecHeader header;
     int order;

@@ -108,10 +108,6 @@ ZetStatus allocateFirBlock(Spec** result, const Zet32f* taps, int tapsLen) {
     });
 }
 
-bool isAligned16(const void* pointer) {
-    return reinterpret_cast<uintptr_t>(pointer) % 16 == 0;
-}
-
 }  // namespace
 }  // namespace zetac::transform
 
@@ -141,7 +137,5 @@ ZetStatus zetsFIRBlockOne_32f(const Zet32f* pSrc, Zet32f* pDst, int len,
     ZETAC_REQUIRE(len >= 1, zetStsFirLengthErr);
     ZETAC_REQUIRE(inRange(*pDelayIndex, 0, pSpec->tapsLen - 1), zetStsFirLengthErr);
     zetac::transform::filterBlock(*pSpec, pSrc, pDst, len, pDelayLine, pDelayIndex);
-    return zetac::transform::isAligned16(pSrc) && zetac::transform::isAligned16(pDst)
-               ? zetStsOk
-               : zetStsMisaligned;
+    return zetac::core::alignmentStatus(pSrc, pDst);
 }

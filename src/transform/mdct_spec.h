@@ -36,9 +36,6 @@ struct ZetsMDCTFwdSpec_16s : zetac::transform::MdctSpec<Zet16s, ZetsFFTSpec_C_16
 
 namespace zetac::transform {
 
-constexpr bool isPowerOfTwo(int len) {
-    return len > 0 && (len & (len - 1)) == 0;
-}
 constexpr bool hasFft(int len) {
     return isPowerOfTwo(len) && len >= 32;
 }
@@ -89,30 +86,45 @@ struct MdctSizes {
     uint64_t work;
 };
 
-// A structure at a 32-byte boundary, the table at the next one, the FFT with slack of its own. The
-// lengths without an FFT are content with a table right behind the structure.
-template <class Spec>
-constexpr uint64_t tableBytes(int len) {
-    return static_cast<uint64_t>(len) / 2 * sizeof(typename Spec::Twiddle);
+// What a structure, its alignment and that of its table may take beside the table and the FFT.
+constexpr uint64_t mdctSlack(int len) {
+    return hasFft(len) ? 124 : 92;
 }
-template <class Spec>
-constexpr size_t tableOffset(int len) {
-    return core::roundUp(sizeof(Spec), hasFft(len) ? core::kSpecAlignment : sizeof(void*));
+
+constexpr uint64_t tableCount(int len) {
+    return static_cast<uint64_t>(len) / 2;
 }
+
+// A structure, its table and the memory of the FFT. The lengths without an FFT have their table
+// right behind the structure: on the next boundary it would not fit into their slack.
+template <class Spec>
+struct MdctPieces {
+    using Twiddle = typename Spec::Twiddle;
+
+    MdctPieces(Zet8u* memory, int len) {
+        core::Layout layout(memory);
+        spec = layout.take<Spec>();
+        table = layout.take<Twiddle>(tableCount(len),
+                                     hasFft(len) ? core::kSpecAlignment : alignof(void*));
+        fft = layout.takeBytes(0);
+    }
+
+    Spec* spec;
+    Twiddle* table;
+    Zet8u* fft;
+};
 
 template <class Spec>
 ZetStatus mdctSizes(int len, MdctSizes* sizes) {
     int fftSpec = 0;
     int fftInit = 0;
     int fftWork = 0;
-    uint64_t slack = 92;
     if (hasFft(len)) {
         const ZetStatus status = getFftSize<typename Spec::Fft>(mdctFftOrder(len), zetFftNoDiv,
                                                                 &fftSpec, &fftInit, &fftWork);
         if (status != zetStsOk) return status;
-        slack = 124;
     }
-    sizes->spec = fftSpec + tableBytes<Spec>(len) + slack;
+    sizes->spec = fftSpec + tableCount(len) * sizeof(typename Spec::Twiddle) + mdctSlack(len);
     sizes->init = fftInit;
     sizes->work = MdctFamily<Spec>::work(len, fftWork);
     const bool fit =
@@ -148,16 +160,13 @@ ZetStatus initMdct(Spec** result, int len, Zet8u* memory) {
     MdctSizes sizes;
     ZetStatus status = mdctSizes<Spec>(len, &sizes);
     if (status != zetStsOk) return status;
-    Zet8u* start = core::alignUp(memory);
-    Zet8u* table = start + tableOffset<Spec>(len);
+    const MdctPieces<Spec> pieces(memory, len);
     typename Spec::Fft* fft = nullptr;
-    if (hasFft(len))
-        status = initFft(&fft, mdctFftOrder(len), zetFftNoDiv, table + tableBytes<Spec>(len));
+    if (hasFft(len)) status = initFft(&fft, mdctFftOrder(len), zetFftNoDiv, pieces.fft);
     if (status != zetStsOk) return status;
-    auto* spec = reinterpret_cast<Spec*>(start);
-    spec->owned = 0;
-    fillMdctSpec(spec, len, sizes, reinterpret_cast<typename Spec::Twiddle*>(table), fft);
-    *result = spec;
+    pieces.spec->owned = 0;
+    fillMdctSpec(pieces.spec, len, sizes, pieces.table, fft);
+    *result = pieces.spec;
     return zetStsOk;
 }
 
@@ -175,10 +184,11 @@ ZetStatus allocateMdct(Spec** result, int len) {
     if (status != zetStsOk) return status;
     auto* spec = reinterpret_cast<Spec*>(zetsMalloc_8u(sizeof(Spec)));
     if (!spec) return zetStsNoMemory;
-    Zet8u* table = zetsMalloc_8u(static_cast<int>(tableBytes<Spec>(len)));
-    spec->table = reinterpret_cast<typename Spec::Twiddle*>(table);
+    const uint64_t tableBytes = tableCount(len) * sizeof(typename Spec::Twiddle);
+    spec->table =
+        reinterpret_cast<typename Spec::Twiddle*>(zetsMalloc_8u(static_cast<int>(tableBytes)));
     spec->fft = nullptr;
-    if (!table)
+    if (!spec->table)
         status = zetStsNoMemory;
     else if (hasFft(len))
         status = allocateFft(&spec->fft, mdctFftOrder(len), zetFftNoDiv);

@@ -203,7 +203,11 @@ DecodeSpec* initDecoding(const CodeList& list, const Plan& plan, Zet8u* memory) 
     core::Layout layout(memory);
     const auto [spec, table] = layOut(layout, plan.tableSize);
     const int firstBits = TableWriter(list, plan.format, table).write();
-    *spec = {{kDecodingId, 0}, firstBits, table, plan.format.valueForm, plan.format.lengthBits};
+    *spec = {{core::SpecId::kVlcDecode, 0},
+             firstBits,
+             table,
+             plan.format.valueForm,
+             plan.format.lengthBits};
     return spec;
 }
 

@@ -64,7 +64,7 @@ EncodeSpec* initEncoding(const CodeList& list, int escStyle, Zet8u* memory) {
         lengths[tables.indexOf(code)] = code.length;
         codes[tables.indexOf(code)] = code.code;
     }
-    *spec = {lengths, tables.zeroOffset, static_cast<Zet8u>(log2Size), 0, kEncodingId};
+    *spec = {lengths, tables.zeroOffset, static_cast<Zet8u>(log2Size), 0, core::SpecId::kVlcEncode};
     return spec;
 }
 
@@ -126,19 +126,14 @@ ZetStatus zetsVLCEncodeInitAlloc_16s1u(ZetsVLCEncodeSpec_16s1u** ppSpec, const Z
     const vlc::CodeList list = {pCodes, numCodes};
     const ZetStatus status = vlc::checkList(list, escStyle);
     if (status != zetStsOk) return status;
-    Zet8u* memory = zetsMalloc_8u(vlc::specSize(escStyle));
-    ZETAC_REQUIRE(memory != nullptr, zetStsNoMemory);
-    vlc::EncodeSpec* spec = vlc::initEncoding(list, escStyle, memory);
-    spec->owned = 1;
-    *ppSpec = spec;
-    return zetStsOk;
+    return core::allocateSpec(ppSpec, vlc::specSize(escStyle), [&](Zet8u* memory) {
+        return vlc::initEncoding(list, escStyle, memory);
+    });
 }
 
 ZetStatus zetsVLCEncodeFree_16s1u(ZetsVLCEncodeSpec_16s1u* pSpec) {
     ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
     ZETAC_REQUIRE(vlc::isEncodeSpec(pSpec), zetStsSpecMismatch);
-    auto* spec = vlc::specAt<vlc::EncodeSpec>(pSpec);
-    spec->id = core::SpecId::kFreed;
-    if (spec->owned) zetsFree(spec);
+    core::freeSpec(vlc::specAt<vlc::EncodeSpec>(pSpec));
     return zetStsOk;
 }

@@ -33,9 +33,6 @@ struct ZetsVLCEncodeSpec_16s1u {
 
 namespace zetac::vlc {
 
-inline constexpr auto kDecodingId = static_cast<core::SpecId>(0x434D4160);
-inline constexpr auto kEncodingId = static_cast<core::SpecId>(0x434D415F);
-
 using DecodeSpec = ZetsVLCDecodeSpec_1u16s;
 using EncodeSpec = ZetsVLCEncodeSpec_16s1u;
 
@@ -64,10 +61,10 @@ Spec* specAt(const void* pointer) {
 }
 
 inline bool isDecodeSpec(const void* pointer) {
-    return core::hasId(&specAt<DecodeSpec>(pointer)->header.id, kDecodingId);
+    return core::hasId(&specAt<DecodeSpec>(pointer)->header.id, core::SpecId::kVlcDecode);
 }
 inline bool isEncodeSpec(const void* pointer) {
-    return core::hasId(&specAt<EncodeSpec>(pointer)->id, kEncodingId);
+    return core::hasId(&specAt<EncodeSpec>(pointer)->id, core::SpecId::kVlcEncode);
 }
 
 }  // namespace zetac::vlc

@@ -4,11 +4,16 @@
 // Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "support/streams/encode_material.h"
 #include "support/streams/mp3_clips.h"
@@ -26,7 +31,7 @@ namespace zetac::test {
 namespace {
 
 struct Stream {
-    codec::Mp3EncoderSettings settings;
+    EncoderSettings settings;
     Material material;
 };
 
@@ -136,6 +141,53 @@ TEST(EncodePeers, LibavcodecHearsTheSame) {
 }
 
 #endif
+
+struct Player {
+    const char* name;
+    const char* probe;   // succeeds where the player is installed
+    const char* decode;  // file "$mp3" to 16-bit PCM on standard output
+};
+
+constexpr Player kPlayers[] = {
+    {"libavformat", "ffmpeg -version", "ffmpeg -v error -i $mp3 -f s16le -"},
+    {"GStreamer",
+     "gst-inspect-1.0 --exists mpegaudioparse && gst-inspect-1.0 --exists mpg123audiodec",
+     "gst-launch-1.0 -q filesrc location=$mp3 ! mpegaudioparse ! mpg123audiodec ! "
+     "audioconvert dithering=none ! audio/x-raw,format=S16LE ! fdsink fd=1"}};
+
+/** What a shell line prints, or nothing where it fails. */
+std::optional<Bytes> outputOf(const std::string& line) {
+    std::FILE* pipe = popen(line.c_str(), "r");
+    Bytes output;
+    Zet8u chunk[4096];
+    while (const size_t count = pipe ? std::fread(chunk, 1, sizeof chunk, pipe) : 0)
+        output.insert(output.end(), chunk, chunk + count);
+    if (pipe == nullptr || pclose(pipe) != 0) return std::nullopt;
+    return output;
+}
+
+/** The players find the delays in the first frame and believe them. */
+TEST(EncodePeers, PlayersTrimTheStreams) {
+    const std::string path = testing::TempDir() + "zetac-" + std::to_string(getpid()) + ".mp3";
+    size_t missing = 0;
+    for (const Player& player : kPlayers) {
+        if (!outputOf(std::string("(") + player.probe + ") 2>&1")) {
+            ++missing;
+            continue;
+        }
+        forEachStream([&](const Stream& stream, const Bytes& mp3) {
+            SCOPED_TRACE(player.name);
+            writeFile(path, mp3);
+            const auto output = outputOf("mp3='" + path + "'; " + player.decode);
+            ASSERT_TRUE(output.has_value());
+            Pcm pcm(output->size() / sizeof(Zet16s));
+            std::memcpy(pcm.data(), output->data(), pcm.size() * sizeof(Zet16s));
+            expectSameSound(decodeTrimmed(mp3, stream.settings.channels), pcm);
+        });
+    }
+    std::remove(path.c_str());
+    if (missing == std::size(kPlayers)) GTEST_SKIP() << "no player is installed";
+}
 
 }  // namespace
 }  // namespace zetac::test

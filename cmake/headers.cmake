@@ -1,0 +1,18 @@
+# An object library that compiles all headers of some folders together, in either order: no two of
+# them may define one name differently, and none may live on what another one happens to include.
+function(zetac_compile_headers_together name)
+  list(TRANSFORM ARGN APPEND "/*.h" OUTPUT_VARIABLE patterns)
+  list(TRANSFORM patterns PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${patterns})
+  list(SORT headers)
+  foreach(order ascending descending)
+    list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"" OUTPUT_VARIABLE lines)
+    list(JOIN lines "\n" text)
+    set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}_${order}.cpp)
+    file(CONFIGURE OUTPUT ${source} CONTENT "${text}\n")
+    list(APPEND sources ${source})
+    list(REVERSE headers)
+  endforeach()
+  add_library(${name} OBJECT ${sources})
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+endfunction()
