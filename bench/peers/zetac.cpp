@@ -16,6 +16,11 @@ std::vector<Zet8u> padded(std::span<const std::uint8_t> bytes) {
     return result;
 }
 
+bool carriesPs(const Stream& stream) {
+    const std::vector<Zet8u> bytes = padded(stream.bytes);
+    return zetac::codec::carriesPs({bytes.data(), stream.bytes.size()});
+}
+
 bool carriesSbr(const Stream& stream) {
     const std::vector<Zet8u> bytes = padded(stream.bytes);
     return zetac::codec::carriesSbr({bytes.data(), stream.bytes.size()});
@@ -120,6 +125,7 @@ void addZetac(Field& field, const Stream& stream) {
     zetac::codec::DecoderOptions options;
     const bool hasSbr = carriesSbr(stream);
     if (hasSbr) options.sbr = zetac::codec::SbrOutput::kDouble;
+    options.expectPs = hasSbr && carriesPs(stream);
     field.decoders.push_back(std::make_unique<ZetacAac>(kReferenceName, options));
     if (!hasSbr) return;
     options.isFloat = true;

@@ -90,7 +90,8 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
     if (states_ && isHeard && pcm) synthesise(pcm);
     if (fault.isRefusal) refusal_ = fault;
-    return {fault, parser_.bytesUsed(), parser_.channels(), isHeard ? samples() : 0, sbrFault};
+    const int channels = stereo_ ? 2 : parser_.channels();
+    return {fault, parser_.bytesUsed(), channels, isHeard ? samples() : 0, sbrFault};
 }
 
 Fault AacDecoder::open(const RawBlock& block) {
@@ -112,13 +113,17 @@ void AacDecoder::allocate() {
         if (isLongTerm) state.longTerm = std::make_unique<LongTermPrediction>();
     }
     if (decodesSbr()) allocateSbr();
-    if (channels <= 2 && !isLongTerm && !decodesSbr()) return;
+    if (channels > 2 || isLongTerm || decodesSbr()) allocatePlanes(channels);
+    if (options_.expectPs && isSingleWithSbr()) beginStereo(true);
+}
+
+void AacDecoder::allocatePlanes(int channels) {
     planes_.resize(static_cast<size_t>(channels) * samples());
     for (int c = 0; c < channels; ++c) planeOrder_[outputPosition(c)] = plane(c);
 }
 
 int AacDecoder::outputPosition(int channel) const {
-    return options_.order == ChannelOrder::kWav ? parser_.layout()->wavPosition(channel) : channel;
+    return options_.order == ChannelOrder::kWav ? layout().wavPosition(channel) : channel;
 }
 
 size_t AacDecoder::stateBytes() const {
@@ -250,7 +255,7 @@ void AacDecoder::synthesise(Zet16s* pcm) {
     const int channels = parser_.channels();
     if (decodesSbr()) {
         synthesiseSbr();
-        zetsInterleave_16s(planeOrder_, channels, samples(), pcm);
+        zetsInterleave_16s(planeOrder_, stereo_ ? 2 : channels, samples(), pcm);
         return;
     }
     for (int index = 0; index < channels; ++index) {
@@ -292,6 +297,12 @@ bool AacDecoder::hasParametricStereo() const {
     return false;
 }
 
+void AacDecoder::beginStereo(bool isFirst) {
+    stereo_ = ChannelLayout::fromConfiguration(2);
+    stateOf(0).sbr->beginStereo(isFirst);
+    allocatePlanes(2);
+}
+
 /** Reads the SBR data of all elements.
  *  @return the first fault */
 Fault AacDecoder::readSbr() {
@@ -300,6 +311,9 @@ Fault AacDecoder::readSbr() {
     for (const AudioElement& element : parser_.elements()) {
         const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);
         if (!failed(first)) first = fault;
+    }
+    if (isSingleWithSbr() && !stereo_ && stateOf(0).sbr->parser().hasParametricStereo()) {
+        beginStereo(!hasSound_);
     }
     return first;
 }
@@ -346,8 +360,13 @@ void AacDecoder::synthesiseSbr() {
         } else {
             synthesiseCore(index, core);
         }
-        sbr->decode(index - first, core, PcmPlane(plane(index)));
+        if (stereo_) {
+            sbr->decodeStereo(core, PcmPlane(plane(0)), PcmPlane(plane(1)));
+        } else {
+            sbr->decode(index - first, core, PcmPlane(plane(index)));
+        }
     }
+    hasSound_ = true;
 }
 
 }  // namespace zetac::codec

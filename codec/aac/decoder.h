@@ -18,6 +18,7 @@
 #include <zetac.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "aac/block.h"
@@ -48,6 +49,9 @@ struct DecoderOptions {
     bool substituteNoise = true;  // false: bands of perceptual noise stay empty
     SbrOutput sbr = SbrOutput::kNone;
     bool isFloat = false;  // SBR in floating instead of fixed point
+    // A single channel with SBR comes out in stereo from the first block on. Otherwise it does so
+    // from the first block on that has parametric stereo.
+    bool expectPs = false;
 };
 
 /** What became of one block. */
@@ -74,6 +78,13 @@ class AacDecoder {
     BlockParser& parser() { return parser_; }
     const BlockParser& parser() const { return parser_; }
 
+    /** Whether parametric stereo has begun. */
+    bool hasParametricStereo() const;
+
+    /** Of the output. With parametric stereo it has two channels where the core has one.
+     *  Only once the parser knows its layout. */
+    const ChannelLayout& layout() const { return stereo_ ? *stereo_ : *parser_.layout(); }
+
     /** Of the output. */
     int sampleRate() const {
         const int rate = parser_.format().sampleRate();
@@ -81,9 +92,6 @@ class AacDecoder {
     }
 
     bool decodesSbr() const { return options_.sbr != SbrOutput::kNone; }
-
-    /** Whether parametric stereo data have come, which are not decoded. */
-    bool hasParametricStereo() const;
 
     /** All memory that lives from frame to frame. */
     size_t stateBytes() const;
@@ -115,6 +123,9 @@ class AacDecoder {
     void synthesiseCore(int channel, Zet32s* core);
     Fault readSbr();
     void allocateSbr();
+    bool isSingleWithSbr() const { return decodesSbr() && parser_.channels() == 1; }
+    void beginStereo(bool isFirst);
+    void allocatePlanes(int channels);
     void synthesiseSbr();
     Zet16s* plane(int channel) { return planes_.data() + channel * samples(); }
     int samples() const {
@@ -132,6 +143,8 @@ class AacDecoder {
     Fault refusal_ = Fault::kNone;
     ConcealmentLimit concealment_;
     std::unique_ptr<ChannelState[]> states_;
+    std::optional<ChannelLayout> stereo_;  // by parametric stereo
+    bool hasSound_ = false;                // with SBR: some frame has been synthesised
     std::vector<Zet16s> planes_;  // three channels and more, LTP, SBR: each channel's samples
     const Zet16s* planeOrder_[kChannelsMax] = {};
 };

@@ -32,10 +32,7 @@ class PcmPlane {
     void put(size_t first, const Zet32s* values, int fraction, size_t count) const {
         switch (format_) {
             case SampleFormat::kS16:
-                return convert<Zet16s>(first, values, count,
-                                       [half = 1 << (fraction - 1), fraction](Zet32s v) {
-                                           return std::clamp((v + half) >> fraction, -32768, 32767);
-                                       });
+                return round(first, values, fraction, count);
             case SampleFormat::kS32:
                 return convert<Zet32s>(
                     first, values, count, [factor = 1 << (16 - fraction)](Zet32s v) {
@@ -53,10 +50,9 @@ class PcmPlane {
     void put(size_t first, const Zet32f* values, size_t count) const {
         switch (format_) {
             case SampleFormat::kS16:
-                return convert<Zet16s>(first, values, count, [](Zet32f v) {
-                    const float limited = std::clamp(v, -32768.F, 32767.F);
-                    return static_cast<int>(limited + std::copysign(0.5F, limited));
-                });
+                zetsConvert_32f16s_Sfs(values, static_cast<Zet16s*>(data_) + first,
+                                       static_cast<int>(count), zetRndFinancial, 0);
+                return;
             case SampleFormat::kS32:
                 // The largest single below 2^31.
                 return convert<Zet32s>(first, values, count, [](Zet32f v) {
@@ -68,6 +64,19 @@ class PcmPlane {
     }
 
   private:
+    /** Halves become the number above: the library rounds them to even, but the next odd value is
+     *  no half. */
+    void round(size_t first, const Zet32s* values, int fraction, size_t count) const {
+        constexpr size_t kChunk = 256;
+        Zet16s* to = static_cast<Zet16s*>(data_) + first;
+        for (size_t at = 0; at < count; at += kChunk) {
+            Zet32s odd[kChunk];
+            const size_t size = std::min(kChunk, count - at);
+            for (size_t i = 0; i < size; ++i) odd[i] = values[at + i] | 1;
+            zetsConvert_32s16s_Sfs(odd, to + at, static_cast<int>(size), fraction);
+        }
+    }
+
     template <class To, class From, class Operation>
     void convert(size_t first, const From* values, size_t count, Operation operation) const {
         To* to = static_cast<To*>(data_) + first;

@@ -11,6 +11,7 @@
 #include "sbr/data.h"
 #include "sbr/hf_adjuster.h"
 #include "sbr/hf_generator.h"
+#include "sbr/ps_decoder.h"
 
 namespace zetac::codec {
 
@@ -32,6 +33,15 @@ class SbrDecoder {
      *  @param pcm   out: 2048 samples, or 1024 when down-sampled */
     void decode(int channel, const Zet32s* core, const PcmPlane& pcm);
 
+    /** Has the next frame of a single channel come out in stereo.
+     *  @param isFirst  nothing has been decoded before; else the next frame is mono on both sides
+     *                  still, while the banks take up its sound */
+    void beginStereo(bool isFirst);
+    bool isStereo() const { return ps_ != nullptr; }
+
+    /** Decodes a frame of stereo; as decode(). */
+    void decodeStereo(const Zet32s* core, const PcmPlane& left, const PcmPlane& right);
+
     const SbrParser& parser() const { return parser_; }
 
     /** All memory that lives from frame to frame. */
@@ -51,14 +61,17 @@ class SbrDecoder {
         float im[kOverhangMax][kSbrBandsMax];
     };
 
+    SbrSplit makeBands(int channel, const Zet32s* core);
     void makeHighBand(ChannelState& state, const SbrChannel& channel, int first);
     static void takeOverhang(const ChannelState& state, OutputBand& output);
     static void keepOverhang(const OutputBand& output, ChannelState& state);
 
     SbrParser parser_;
     ChannelState channels_[2];
-    HighBand high_;      // scratch
-    OutputBand output_;  // scratch
+    std::unique_ptr<PsDecoder> ps_;
+    bool isMono_ = false;  // on both sides, in the next frame
+    HighBand high_;        // scratch
+    OutputBand output_;    // scratch
 };
 
 }  // namespace zetac::codec

@@ -21,6 +21,7 @@ codec::DecoderOptions decoderOptions(std::span<const Zet8u> data, const SbrOptio
     options.isFloat = sbr.isFloat;
     if (sbr.isOn && codec::carriesSbr(data)) {
         options.sbr = sbr.isDownsampled ? codec::SbrOutput::kCore : codec::SbrOutput::kDouble;
+        options.expectPs = codec::carriesPs(data);
     }
     return options;
 }
@@ -53,24 +54,23 @@ class AacSource : public SoundSource {
         if (failed(decoded.fault)) {
             frame.fault = decoded.fault.text;
         } else if (failed(decoded.sbrFault)) {
-            frame.fault =
-                std::string(decoded.sbrFault.text) + "; resampled only until the next header";
+            frame.fault = decoded.sbrFault.text;
+            if (decoded.sbrFault != codec::SbrFault::kParametricStereo) {
+                frame.fault += "; resampled only until the next header";
+            }
         }
         return true;
     }
 
     ForeignBytes foreign() const override { return foreign_; }
     int sampleRate() const override { return decoder_.sampleRate(); }
-    const codec::ChannelLayout& layout() const override { return *decoder_.parser().layout(); }
+    const codec::ChannelLayout& layout() const override { return decoder_.layout(); }
     codec::StreamSummary summary() const override { return inspector_.summary(*stream_); }
 
     std::vector<std::string> notes() const override {
         if (!hasSbr_) return {};
-        if (!decoder_.decodesSbr()) {
-            return {"HE-AAC: the LC core was decoded and the SBR data left out"};
-        }
-        if (!decoder_.hasParametricStereo()) return {};
-        return {"HE-AAC v2: played as mono, the parametric stereo data are left out"};
+        if (decoder_.decodesSbr()) return {};
+        return {"HE-AAC: the LC core was decoded and the SBR data left out"};
     }
 
   private:
