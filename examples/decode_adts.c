@@ -1,5 +1,5 @@
 /* Decodes a mono or stereo AAC LC file (ADTS, one raw data block a frame) to raw 16-bit PCM: the
- * road of a frame through the library. What a complete decoder adds is in tools/aac_decoder.h.
+ * road of a frame through the library, which docs/guide.md walks.
  *
  *     decode_adts clip.aac clip.pcm
  *
@@ -11,6 +11,8 @@
 
 enum { kSingle = 0, kPair = 1, kData = 4, kProgram = 5, kFill = 6, kEnd = 7 }; /* id_syn_ele */
 enum { kObjectLowComplexity = 2 };                                             /* MPEG-4 */
+/* Bytes behind the data that must be readable: what one call consumes at most, and looks at. */
+enum { kReadAhead = ZETAC_AAC_CHANNEL_BYTES_MAX + ZETAC_BIT_STREAM_SLACK };
 
 typedef struct Channel {
     Zet32s spectrum[2][ZETAC_AAC_FRAME_LEN]; /* as read, and with short windows in order */
@@ -31,7 +33,13 @@ typedef struct Decoder {
     ZetAACMainHeader mainHeader; /* keeps LTP data, which the low-complexity profile lacks */
     Zet8u* byte;                 /* where the next bit is read */
     int bit;
+    const Zet8u* end; /* of the raw data block */
 } Decoder;
+
+/* Readers do not know where the data end: to be asked behind each call, before the next. */
+static int isBeyondEnd(const Decoder* d) {
+    return d->byte > d->end || (d->byte == d->end && d->bit > 0);
+}
 
 /* An element id (3 bits) or a tag (4 bits). */
 static int readBits(Decoder* d, int count) {
@@ -53,6 +61,7 @@ static int readChannel(Decoder* d, Channel* c, ZetAACIcsInfo* ics, int commonWin
                                          c->spectrum[0], c->codebook, c->tnsCoef, &c->info, 0, 0,
                                          commonWindow, 0, kObjectLowComplexity);
     if (status < 0) return status;
+    if (isBeyondEnd(d)) return zetStsOutOfRange;
     return zetsQuantInv_AAC_32s_I(c->spectrum[0], c->scaleFactor, ics->num_window_groups,
                                   ics->window_group_length, ics->max_sfb, c->codebook, rate,
                                   c->info.window_length);
@@ -66,7 +75,7 @@ static void substituteNoise(Channel* c, Zet32s* state, int rate) {
 }
 
 /* Short windows into order, temporal noise shaping, and the filter bank. */
-static int synthesise(Channel* c, int rate, Zet16s* pcm, int step) {
+static int synthesize(Channel* c, int rate, Zet16s* pcm, int step) {
     const ZetAACIcsInfo* ics = c->info.pIcsInfo;
     ZetStatus status = zetsDeinterleaveSpectrum_AAC_32s(
         c->spectrum[0], c->spectrum[1], ics->num_window_groups, ics->window_group_length,
@@ -82,8 +91,9 @@ static int synthesise(Channel* c, int rate, Zet16s* pcm, int step) {
     return status;
 }
 
-/* Stereo tools of a pair with a common window. Bands of noise on the left are shown to M/S stereo
- * as noise on the right, so that it leaves them alone; it may invert intensity codebooks. */
+/* Stereo tools of a pair with a common window. M/S stereo spares a band by the right channel's
+ * codebook alone, and the standard spares bands with noise in either channel: so it is shown noise
+ * on the right where only the left has it. It inverts intensity codebooks in what it is shown. */
 static int decodeStereo(Decoder* d, int rate) {
     Channel* l = &d->channel[0];
     Channel* r = &d->channel[1];
@@ -117,6 +127,7 @@ static int decodePair(Decoder* d, int rate, Zet16s* pcm) {
     int status = zetsDecodeChanPairElt_MP4_AAC(&d->byte, &d->bit, &l->ics, &d->pair,
                                                d->mainHeader.ltp, 0, kObjectLowComplexity);
     const int isCommon = d->pair.common_window;
+    if (status >= 0 && isBeyondEnd(d)) status = zetStsOutOfRange;
     if (status >= 0) status = readChannel(d, l, &l->ics, isCommon, rate);
     if (status >= 0) status = readChannel(d, r, isCommon ? &l->ics : &r->ics, isCommon, rate);
     if (status < 0) return status;
@@ -126,8 +137,8 @@ static int decodePair(Decoder* d, int rate, Zet16s* pcm) {
         substituteNoise(l, &d->noise, rate);
         substituteNoise(r, &d->noise, rate);
     }
-    if (status >= 0) status = synthesise(l, rate, pcm, 2);
-    if (status >= 0) status = synthesise(r, rate, pcm + 1, 2);
+    if (status >= 0) status = synthesize(l, rate, pcm, 2);
+    if (status >= 0) status = synthesize(r, rate, pcm + 1, 2);
     return status;
 }
 
@@ -136,11 +147,11 @@ static int decodeSingle(Decoder* d, int rate, Zet16s* pcm) {
     const int status = readChannel(d, c, &c->ics, 0, rate);
     if (status < 0) return status;
     substituteNoise(c, &d->noise, rate);
-    return synthesise(c, rate, pcm, 1);
+    return synthesize(c, rate, pcm, 1);
 }
 
 /* One raw data block. Returns the number of channels, or a negative status. */
-static int decodeBlock(Decoder* d, const Zet8u* end, int rate, Zet16s* pcm) {
+static int decodeBlock(Decoder* d, int rate, Zet16s* pcm) {
     static Zet8u bytes[ZETAC_AAC_DATA_BYTES_MAX];
     static ZetAACPrgCfgElt program;
     int channels = 0;
@@ -149,10 +160,10 @@ static int decodeBlock(Decoder* d, const Zet8u* end, int rate, Zet16s* pcm) {
     while (status >= 0) {
         int tag, count;
         const int id = readBits(d, 3);
-        if (d->byte > end) return zetStsOutOfRange;
+        if (id == kSingle || id == kPair) readBits(d, 4); /* element_instance_tag */
+        if (isBeyondEnd(d)) return zetStsOutOfRange;
         if (id == kEnd) return channels;
         if (id == kSingle || id == kPair) {
-            readBits(d, 4); /* element_instance_tag */
             channels = id == kPair ? 2 : 1;
             status = id == kPair ? decodePair(d, rate, pcm) : decodeSingle(d, rate, pcm);
         } else if (id == kData) {
@@ -164,17 +175,18 @@ static int decodeBlock(Decoder* d, const Zet8u* end, int rate, Zet16s* pcm) {
         } else {
             return zetStsBadArg; /* coupling and low-frequency channels: not on this page */
         }
+        if (status >= 0 && isBeyondEnd(d)) return zetStsOutOfRange;
     }
     return status;
 }
 
-/* Reads a file into memory, with zeros behind it for the readers, which do not know its end. */
+/* Reads a file into memory, with zeros behind it for the readers to look at. */
 static Zet8u* readFile(const char* path, size_t* size) {
     FILE* file = fopen(path, "rb");
     Zet8u* data = NULL;
     long length = -1;
     if (file != NULL && fseek(file, 0, SEEK_END) == 0) length = ftell(file);
-    if (length >= 0) data = calloc((size_t)length + 2 * ZETAC_AAC_CHANNEL_BYTES_MAX, 1);
+    if (length >= 0) data = calloc((size_t)length + kReadAhead, 1);
     *size = length >= 0 ? (size_t)length : 0;
     if (data != NULL) {
         rewind(file);
@@ -207,8 +219,8 @@ int main(int argc, char** argv) {
         decoder.byte = frame;
         zetsUnpackADTSFrameHeader_AAC(&decoder.byte, &header);
         if (header.frame_length < 8 || at + (size_t)header.frame_length > size) break;
-        channels = decodeBlock(&decoder, frame + header.frame_length,
-                               header.sampling_frequency_index, pcm);
+        decoder.end = frame + header.frame_length;
+        channels = decodeBlock(&decoder, header.sampling_frequency_index, pcm);
         if (channels <= 0) {
             fprintf(stderr, "decode_adts: status %d in frame %d\n", channels, frames);
             return 1;

@@ -28,10 +28,11 @@
  *
  * Bit streams: a position is a byte pointer, passed by address, and a bit offset 0..7 counted from
  * the most significant bit of that byte, passed by address; both advance past what is read. Bits
- * are read most significant first. A reader may look at up to ZETAC_BIT_STREAM_SLACK bytes beyond
- * the last bit that it consumes, so buffers must be readable that far. Readers do not know where a
- * buffer ends: give the buffer enough readable bytes behind its data for the longest element
- * (ZETAC_AAC_CHANNEL_BYTES_MAX), compare positions afterwards, and any stream is safe to read.
+ * are read most significant first. Whatever a reader returns, it has looked at no more than
+ * ZETAC_BIT_STREAM_SLACK bytes beyond the last bit that it consumed. Readers do not know where a
+ * buffer ends: give it ZETAC_AAC_CHANNEL_BYTES_MAX + ZETAC_BIT_STREAM_SLACK readable bytes behind
+ * its data (an ADIF header needs ZETAC_AAC_ADIF_BYTES_MAX + ZETAC_BIT_STREAM_SLACK), compare the
+ * position with the end of the data after each call, and any stream is safe to read.
  */
 #ifndef ZETAC_H
 #define ZETAC_H
@@ -683,7 +684,7 @@ ZETAC_API ZetStatus zetsFIRBlockOne_32f(const Zet32f* pSrc, Zet32f* pDst, int le
  * AAC: sizes and codes
  * --------------------------------------------------------------------------------------------- */
 
-#define ZETAC_BIT_STREAM_SLACK 3         /**< readable bytes needed behind the last consumed bit */
+#define ZETAC_BIT_STREAM_SLACK 3         /**< most bytes looked at behind the last consumed bit */
 #define ZETAC_AAC_CHANNEL_BYTES_MAX 4096 /**< no AAC reader call but that of ADIF consumes more */
 #define ZETAC_AAC_ADIF_BYTES_MAX 5120    /**< an ADIF header with 16 elements is no longer */
 #define ZETAC_AAC_FRAME_LEN 1024         /**< spectral lines and samples per channel and frame */
@@ -976,11 +977,11 @@ ZETAC_API ZetStatus zetsDecodeMainHeader_AAC(Zet8u** ppBitStream, int* pOffset,
 
 /** Reads the header of a further scalable layer (ISO/IEC 14496-3, aac_scalable_extension_header).
  *  M/S flags are read for the bands from prevMaxSfb up to the new max_sfb, for one group (long) or
- *  four groups (eight short). The diff-control data are one flag per channel and band below
- *  prevMaxSfbSecond without M/S (long), or one per channel and window (eight short). M/S means
- *  ms_mask_present 2, or 1 and ms_used, whose bands below prevMaxSfb are the caller's to carry over
- *  from the previous layer; such bands get the flag 0. A TNS order beyond the limit is treated as
- *  in the main header.
+ *  four groups (eight short). The diff-control data are, for each of two channels, one flag for
+ *  each band from prevMaxSfb up to the smaller of prevMaxSfbSecond and max_sfb (long), or one for
+ *  each window if prevMaxSfb is 0 (eight short). Bands of long windows with M/S, that is with
+ *  ms_mask_present 2 or with 1 and ms_used, have no flag in the stream and get 0. Flags of other
+ *  bands are left alone. A TNS order beyond the limit is treated as in the main header.
  *  @param tnsFlag           1: TNS data of two channels follow
  *  @param stereoLayerFlag   1: M/S data follow
  *  @param diffCtrlFlag      1, together with stereoLayerFlag: diff-control data follow
@@ -1022,10 +1023,7 @@ ZETAC_API ZetStatus zetsDecodeExtensionHeader_AAC(Zet8u** ppBitStream, int* pOff
  *  (sections do not end at max_sfb, or more than 120 of them), zetStsAacCodeBookErr (12, 13),
  *  zetStsAacSfValErr, zetStsAacPulseStartSfbErr, zetStsAacTnsOrderErr, zetStsAacGainControlErr,
  *  zetStsOutOfRange (a section beyond the band count), zetStsAacCoefValErr. What was read stays in
- *  the outputs, and the position is where reading stopped.
- *  On 64-bit processors the call may look 15 bytes ahead, but never more than the slack beyond the
- *  end of a stream that decodes; zetStsAacCoefValErr is the one failure behind which it may have
- *  looked further. */
+ *  the outputs, and the position is where reading stopped. */
 ZETAC_API ZetStatus zetsNoiselessDecoder_LC_AAC(Zet8u** ppBitStream, int* pOffset, int commonWin,
                                                 ZetAACChanInfo* pChanInfo, Zet16s* pScaleFactor,
                                                 Zet32s* pSpectrum, Zet8u* pSfbCb, Zet8s* pTnsCoef);
@@ -1105,8 +1103,8 @@ ZETAC_API ZetStatus zetsQuantInv_AAC_32s_I(Zet32s* pSpectrum, const Zet16s* pSca
 /** The power law of inverse quantisation on a plain array:
  *  pDst[i] = sign(x) * |x|^(4/3) * 2^((scaleFactor - 100) / 4) in Q3, with the arithmetic of
  *  zetsQuantInv_AAC_32s_I.
- *  Checks: a null pointer: zetStsNullPointer; len below 1: zetStsBadSize; while working, |x| above
- *  8191: zetStsAacCoefValErr. */
+ *  Checks: a null pointer: zetStsNullPointer; len below 1: zetStsBadSize; while working, any |x|
+ *  above 8191: zetStsAacCoefValErr, with the integers of pSrc in all of pDst. */
 ZETAC_API ZetStatus zetsPow43Scale_16s32s_Sf(const Zet16s* pSrc, Zet32s* pDst, int scaleFactor,
                                              int len);
 

@@ -346,7 +346,7 @@ void AacDecoder::synthesiseSbr() {
         } else {
             synthesiseCore(index, core);
         }
-        sbr->decode(index - first, core, plane(index));
+        sbr->decode(index - first, core, PcmPlane(plane(index)));
     }
 }
 

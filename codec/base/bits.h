@@ -11,9 +11,11 @@
 
 namespace zetac::codec {
 
-/** Readable bytes that must stand behind the data of a stream: more than any call of the primitives
- *  reads. */
-inline constexpr size_t kReadAhead = 2 * ZETAC_AAC_CHANNEL_BYTES_MAX;
+/** Readable bytes that must stand behind the data of a stream. Every call of a primitive begins in
+ * the data, or a few bytes of element headers behind them; an ADIF header is the longest that one
+ * consumes. */
+inline constexpr size_t kReadAhead = ZETAC_AAC_ADIF_BYTES_MAX + ZETAC_BIT_STREAM_SLACK;
+static_assert(kReadAhead > ZETAC_AAC_CHANNEL_BYTES_MAX + 256);
 
 /** A bit position as the primitives take it: `&cursor.byte, &cursor.bit`. Reading past the end of
  *  the data is harmless as long as kReadAhead bytes behind it are readable. */

@@ -1,7 +1,8 @@
 // The next bits of a stream in a register, for the readers of long runs of codewords: refill()
-// once, then several codewords by top() and skip(). Which window a run may use depends on how far
-// it may look ahead: never more than ZETAC_BIT_STREAM_SLACK bytes beyond the last bit that the call
-// consumes.
+// before each step, then the codewords of the step by top() and skip(). What makes a step longer
+// comes between reload(), for 25 bits at once, and resume(). A window looks ahead, so it may serve
+// a step only where the call goes on to consume kBitsToCome bits from its beginning: then no load
+// is further than ZETAC_BIT_STREAM_SLACK bytes beyond the last bit that the call consumes.
 #pragma once
 
 #include "aac/bit_stream.h"
@@ -22,6 +23,8 @@ class NarrowWindow {
     explicit NarrowWindow(const BitReader& stream) : stream_(stream), bits_(0) {}
 
     void refill() { bits_ = stream_.peek(); }
+    void reload() { refill(); }
+    void resume() {}
     uint32_t top() const { return bits_; }
     template <int count>
     uint32_t first() const {
@@ -37,6 +40,43 @@ class NarrowWindow {
   private:
     BitReader stream_;
     uint32_t bits_;
+};
+
+// Loads the five bytes at the current position into a 64-bit register, a step ahead of their use:
+// the bits of a step were loaded before the last one, so that no load waits for a codeword.
+class AheadWindow {
+  public:
+    // At least 33 bits were loaded at the beginning of the last step, which took 14 at most.
+    static constexpr int kBits = 33 - 14;
+    // A step takes at least 4 bits. With 9 more the call reaches into the second of five bytes.
+    static constexpr int kBitsToCome = 4 + 9;
+
+    explicit AheadWindow(const BitReader& stream) : stream_(stream) { reload(); }
+
+    void refill() { next_ = load(); }
+    void reload() { bits_ = next_ = load(); }
+    void resume() { reload(); }
+    uint32_t top() const { return static_cast<uint32_t>(bits_ >> 32); }
+    template <int count>
+    uint32_t first() const {
+        return static_cast<uint32_t>(bits_ >> (64 - count));
+    }
+    uint32_t topAfter(int count) const { return static_cast<uint32_t>(bits_ << count >> 32); }
+    void skip(int count) {
+        bits_ = next_ <<= count;
+        stream_.skip(static_cast<uint32_t>(count));
+    }
+    BitReader position() const { return stream_; }
+
+  private:
+    uint64_t load() const {
+        const uint64_t word = core::loadBigEndian32(stream_.byte());
+        return (word << 8 | stream_.byte()[4]) << (24 + stream_.offset());
+    }
+
+    BitReader stream_;
+    uint64_t bits_;  // the next bits at the top
+    uint64_t next_;  // the same, with more of them behind refill()
 };
 
 // Appends whole bytes to a 64-bit register: the load does not wait for the codewords before it.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 
 #include "aac/bit_stream.h"
@@ -78,14 +79,17 @@ void readExtensionMsMask(BitReader& stream, ZetAACExtHeader& header,
         getFlags(stream, header.ms_used[g], context.prevMaxSfb, header.max_sfb);
 }
 
-// Bands in M/S have no flag in the stream and get 0.
+// diff_control_data_lr(): the mono layers decide below prevMaxSfbSecond, and no flag is read again
+// below prevMaxSfb, where an earlier stereo layer had it. Bands in M/S have none and get 0; their
+// M/S flags from prevMaxSfb on are those of this header.
 void readDiffControl(BitReader& stream, const ZetAACExtHeader& header,
                      const ExtensionContext& context, Zet8u* control) {
     if (context.isShort) {
-        getFlags(stream, control, 0, ZETAC_AAC_GROUPS_MAX);
+        if (context.prevMaxSfb == 0) getFlags(stream, control, 0, ZETAC_AAC_GROUPS_MAX);
         return;
     }
-    for (int sfb = 0; sfb < context.prevMaxSfbSecond; ++sfb) {
+    const int end = std::min(context.prevMaxSfbSecond, header.max_sfb);
+    for (int sfb = context.prevMaxSfb; sfb < end; ++sfb) {
         const bool isMs =
             header.ms_mask_present == 2 || (header.ms_mask_present == 1 && header.ms_used[0][sfb]);
         control[sfb] = isMs ? 0 : getFlag(stream);

@@ -41,20 +41,24 @@ constexpr int leastBits(int codebook, int lines) {
     return kShortestCode[codebook] * lines / (codebook < 5 ? 4 : 2);
 }
 
+// The leading ones of the longest escape sequence; one more is the end of the call.
+constexpr int kEscapeOnesMax = 8;
+// Bits of the shortest pair of book 11 that ends the call: codeword, two signs, and nine ones.
+constexpr int kShortestBadPair =
+    tables::kSpectralBook11[17 * 17 - 1].length + 2 + kEscapeOnesMax + 1;
+
 template <int codebook>
 struct Book {
     static constexpr tables::SpectralTupleShape kShape = tables::kSpectralTupleShape[codebook];
     static constexpr int kDimension = kShape.dimension;
     static constexpr bool kHasEscapes = codebook == zetAacEscapeCb;
     static constexpr int kLookupBits = tables::kSpectralLookupBits[codebook];
-    // Lines for one refill of the wide window: a quadruple (at most 20 bits with its signs), two
-    // pairs (34), or one pair with its escapes (14 + 2 * 21). Every band is a multiple of 4 lines.
+    // Lines of a step: a quadruple (at most 20 bits with its signs), two pairs (34), or one pair
+    // that may have escapes (14). Every band is a multiple of 4 lines.
     static constexpr int kStep = kHasEscapes ? 2 : 4;
+    static constexpr int kStepBits = kHasEscapes ? 14 : kDimension == 4 ? 20 : 34;
+    static constexpr int kTupleBits = kStepBits * kDimension / kStep;
 };
-
-// Whether one refill covers these lines; a narrow window is refilled for each tuple and escape.
-template <class Window>
-constexpr bool kCoversStep = Window::kBits >= 14 + 2 * 21;
 
 // Goes on from where the lookup table ends; rare.
 template <int codebook>
@@ -148,11 +152,10 @@ inline SpectralEntry readTuple(Window& window, Zet32s* line) {
 // leading one of the magnitude.
 template <class Window>
 bool readEscape(Window& window, Zet32s& value) {
-    constexpr int kMostOnes = 8;
-    if constexpr (!kCoversStep<Window>) window.refill();
+    window.reload();
     const int ones = __builtin_clz(~window.top() | 1);
-    if (ones > kMostOnes) {
-        window.skip(kMostOnes + 1);
+    if (ones > kEscapeOnesMax) {
+        window.skip(kEscapeOnesMax + 1);
         return false;
     }
     const int bits = 4 + ones;
@@ -168,17 +171,20 @@ bool readEscapes(Window& window, Zet32s* line) {
     for (int i = 0; i < 2; ++i) {
         if ((line[i] == 16 || line[i] == -16) && !readEscape(window, line[i])) return false;
     }
+    window.resume();
     return true;
 }
 
-// What one refill of a wide window covers.
 template <int codebook, class Window>
 inline bool readStep(Window& window, Zet32s* line) {
     using B = Book<codebook>;
+    static_assert(Window::kBits >= B::kTupleBits);
     for (int i = 0; i < B::kStep; i += B::kDimension) {
-        if (i == 0 || !kCoversStep<Window>) window.refill();
+        if (i == 0 || Window::kBits < B::kStepBits) window.refill();
         const SpectralEntry entry = readTuple<codebook>(window, line + i);
-        if (B::kHasEscapes && entry.hasEscape() && !readEscapes(window, line + i)) return false;
+        if constexpr (B::kHasEscapes) {
+            if (entry.hasEscape() && !readEscapes(window, line + i)) return false;
+        }
     }
     return true;
 }
@@ -193,18 +199,19 @@ inline bool readRun(BitReader& stream, Zet32s* line, const Zet32s* end) {
     return isValid;
 }
 
-// The lines of a section at whose beginning at least bitsToCome bits are still to come before the
-// call ends. The wide window serves as long as these cover what it looks ahead.
+// The lines of a section behind which the call consumes at least bitsBehind bits. A window that
+// looks far ahead serves as long as the bits to come cover that.
 template <int codebook>
-bool readTuples(BitReader& stream, Zet32s* line, Zet32s* end, int bitsToCome) {
-    constexpr int kStep = Book<codebook>::kStep;
-    constexpr int kStepBits = leastBits(codebook, kStep);
-    const int spare = bitsToCome - WideWindow::kBitsToCome;
+bool readTuples(BitReader& stream, Zet32s* line, Zet32s* end, int bitsBehind) {
+    using B = Book<codebook>;
+    using Window = std::conditional_t<B::kHasEscapes, AheadWindow, WideWindow>;
+    const int bitsToCome = leastBits(codebook, static_cast<int>(end - line)) + bitsBehind;
+    const int spare = bitsToCome - Window::kBitsToCome;
     if (sizeof(void*) == 8 && spare >= 0 && line != end) {
-        Zet32s* const wideEnd =
-            line + std::min<ptrdiff_t>(end - line, (spare / kStepBits + 1) * kStep);
-        if (!readRun<codebook, WideWindow>(stream, line, wideEnd)) return false;
-        line = wideEnd;
+        const ptrdiff_t steps = spare / leastBits(codebook, B::kStep) + 1;
+        Zet32s* const runEnd = line + std::min<ptrdiff_t>(end - line, steps * B::kStep);
+        if (!readRun<codebook, Window>(stream, line, runEnd)) return false;
+        line = runEnd;
     }
     return line == end || readRun<codebook, NarrowWindow>(stream, line, end);
 }
@@ -214,40 +221,60 @@ constexpr TupleReader kTupleReaders[12] = {
     nullptr,       readTuples<1>, readTuples<2>, readTuples<3>, readTuples<4>,  readTuples<5>,
     readTuples<6>, readTuples<7>, readTuples<8>, readTuples<9>, readTuples<10>, readTuples<11>};
 
-ZetStatus readSection(BitReader& stream, int codebook, Zet32s* line, Zet32s* end, int bitsToCome) {
+ZetStatus readSection(BitReader& stream, int codebook, Zet32s* line, Zet32s* end, int bitsBehind) {
     if (codebook == zetAacReservedCb) return zetStsAacCodeBookErr;
     if (codebook == zetAacZeroCb || codebook > zetAacReservedCb) {
         std::fill(line, end, 0);
         return zetStsOk;
     }
-    const bool isValid = kTupleReaders[codebook](stream, line, end, bitsToCome);
+    const bool isValid = kTupleReaders[codebook](stream, line, end, bitsBehind);
     return isValid ? zetStsOk : zetStsAacCoefValErr;
 }
 
-// A lower bound for the bits of all sections up to the first that cannot be read.
-int leastBits(const BandLayout& layout, const ZetAACChanInfo& info) {
-    int bits = 0;
-    int section = 0;
-    for (int g = 0; g < layout.numGroups; ++g) {
-        int first = 0;
-        for (int i = 0; i < info.num_sec[g]; ++i, ++section) {
-            const int codebook = info.sect_cb[section];
-            const int sectEnd = info.sect_end[section];
-            if (sectEnd > layout.numSwb || codebook == zetAacReservedCb) return bits;
-            const int end = layout.swbOffset[sectEnd];
-            bits += leastBits(codebook, (end - first) * layout.groupLength[g]);
-            first = end;
+// The least bits that a call consumes behind each section, up to the end of the last section, to a
+// section that cannot be read, or to a pair with an escape that is too long.
+class BitsBehind {
+  public:
+    BitsBehind(const BandLayout& layout, const ZetAACChanInfo& info) {
+        const int count = measureSections(layout, info);
+        int behind = 0;
+        for (int section = count - 1; section >= 0; --section) {
+            const int bits = bits_[section] + behind;
+            bits_[section] = behind;
+            behind =
+                info.sect_cb[section] == zetAacEscapeCb ? std::min(bits, kShortestBadPair) : bits;
         }
     }
-    return bits;
-}
+    int operator[](int section) const { return bits_[section]; }
+
+  private:
+    // The least bits of each section; returns how many can be read.
+    int measureSections(const BandLayout& layout, const ZetAACChanInfo& info) {
+        int section = 0;
+        for (int g = 0; g < layout.numGroups; ++g) {
+            int first = 0;
+            for (int i = 0; i < info.num_sec[g]; ++i, ++section) {
+                const int codebook = info.sect_cb[section];
+                const int sectEnd = info.sect_end[section];
+                bits_[section] = 0;
+                if (sectEnd > layout.numSwb || codebook == zetAacReservedCb) return section;
+                const int end = layout.swbOffset[sectEnd];
+                bits_[section] = leastBits(codebook, (end - first) * layout.groupLength[g]);
+                first = end;
+            }
+        }
+        return section;
+    }
+
+    int bits_[ZETAC_AAC_GROUP_BANDS_MAX];
+};
 
 }  // namespace
 
 ZetStatus readSpectralData(BitReader& stream, const BandLayout& layout, const ZetAACChanInfo& info,
                            Zet32s* spectrum) {
     Zet32s* const frameEnd = spectrum + ZETAC_AAC_FRAME_LEN;
-    int bitsToCome = leastBits(layout, info);
+    const BitsBehind bitsBehind(layout, info);
     int section = 0;
     for (int g = 0; g < layout.numGroups; ++g) {
         const int windows = layout.groupLength[g];
@@ -257,9 +284,8 @@ ZetStatus readSpectralData(BitReader& stream, const BandLayout& layout, const Ze
             const int sectEnd = info.sect_end[section];
             if (sectEnd > layout.numSwb) return zetStsOutOfRange;
             Zet32s* end = spectrum + layout.swbOffset[sectEnd] * windows;
-            const ZetStatus status = readSection(stream, codebook, line, end, bitsToCome);
+            const ZetStatus status = readSection(stream, codebook, line, end, bitsBehind[section]);
             if (status != zetStsOk) return status;
-            bitsToCome -= leastBits(codebook, static_cast<int>(end - line));
             line = end;
         }
         spectrum += windows * layout.windowLength;

@@ -369,7 +369,6 @@ struct Extension {
 std::unique_ptr<ZetAACExtHeader> readExtension(const BitWriter& stream, const Extension& e,
                                                ZetStatus expected = zetStsOk) {
     auto header = untouched<ZetAACExtHeader>();
-    header->ms_used[0][1] = 0;  // carried over from the layer before
     StreamPosition position(stream, kStart);
     EXPECT_EQ(zetsDecodeExtensionHeader_AAC(position.ppByte(), position.pOffset(), header.get(),
                                             e.tns, e.stereo, e.diff, e.prevMaxSfb,
@@ -382,35 +381,43 @@ std::unique_ptr<ZetAACExtHeader> readExtension(const BitWriter& stream, const Ex
 TEST(AacScalableHeader, ExtensionOfALongWindow) {
     BitWriter stream = BitWriter{{60, 6}, {1, 2}}.repeat(29, 2, 2);  // bands 2..59
     stream.append({{0, 1}, {1, 1}, {1, 2}, {0, 1}, {3, 6}, {1, 5}, {1, 1}, {1, 1}, {2, 2}});  // TNS
-    stream.append({{1, 1}, {5, 3}});  // diff-control of bands 1, 3, 5 and so on, without M/S
-    stream.append({{0, 1}, {2, 3}});
+    stream.append({{5, 3}, {2, 3}});  // diff-control of bands 3, 5 and 7, without M/S
     const auto header = readExtension(stream, {1, 1, 1, 2, 8, 0});
     EXPECT_EQ(header->ms_used[0][0], 0xa5);
     for (int sfb = 2; sfb < 60; ++sfb) EXPECT_EQ(header->ms_used[0][sfb], ~sfb & 1);
     EXPECT_EQ(header->ms_used[1][0], 0xa5);
     EXPECT_EQ(header->tns_data_present[0], 0);
     EXPECT_EQ(header->tns_coef[1][0], -2);
-    const Zet8u control[2][9] = {{0, 1, 0, 1, 0, 0, 0, 1, 0xa5}, {0, 0, 0, 0, 0, 1, 0, 0, 0xa5}};
+    const Zet8u control[2][9] = {{0xa5, 0xa5, 0, 1, 0, 0, 0, 1, 0xa5},
+                                 {0xa5, 0xa5, 0, 0, 0, 1, 0, 0, 0xa5}};
     for (int ch = 0; ch < 2; ++ch)
         EXPECT_TRUE(std::equal(control[ch], control[ch] + 9, header->diff_control[ch]));
 }
 
 TEST(AacScalableHeader, ExtensionOfShortWindowsHasFourGroups) {
     const auto header =
-        readExtension({{5, 4}, {1, 2}, {0xe4, 8}, {0xa53c, 16}}, {0, 1, 1, 3, 8, 2});
+        readExtension({{2, 4}, {1, 2}, {0xe4, 8}, {0xa53c, 16}}, {0, 1, 1, 0, 8, 2});
     for (int i = 0; i < 8; ++i) {
-        EXPECT_EQ(header->ms_used[i / 2][3 + i % 2], 0xe4 >> (7 - i) & 1);
+        EXPECT_EQ(header->ms_used[i / 2][i % 2], 0xe4 >> (7 - i) & 1);
         EXPECT_EQ(header->diff_control[0][i], 0xa5 >> (7 - i) & 1);
         EXPECT_EQ(header->diff_control[1][i], 0x3c >> (7 - i) & 1);
     }
     EXPECT_EQ(header->ms_used[0][2], 0xa5);
-    EXPECT_EQ(header->ms_used[4][3], 0xa5);
+    EXPECT_EQ(header->ms_used[4][0], 0xa5);
 }
 
 TEST(AacScalableHeader, ExtensionFlagsAndLimits) {
     readExtension({{60, 6}}, {0, 0, 1, 0, 51, 3});
     readExtension({{7, 6}, {2, 2}}, {0, 1, 1, 0, 51, 1});  // M/S everywhere
-    readExtension({{7, 6}, {0, 2}, {0, 3}, {0, 3}}, {0, 1, 1, 0, 3, 1});
+    // Diff-control from prevMaxSfb to the lower of prevMaxSfbSecond and max_sfb; short windows have
+    // it in the first stereo layer only.
+    const struct {
+        int maxSfb, prevMaxSfb, prevMaxSfbSecond, flags;
+    } cases[] = {{20, 0, 15, 30}, {20, 10, 15, 10}, {20, 0, 40, 40}, {20, 10, 8, 0}};
+    for (const auto& [maxSfb, first, second, flags] : cases)
+        readExtension(BitWriter{{maxSfb, 6}, {0, 2}}.repeat(flags, 1, 1),
+                      {0, 1, 1, first, second, 0});
+    readExtension({{10, 4}, {0, 2}}, {0, 1, 1, 3, 5, 2});
     const auto header = readExtension({{61, 6}}, {1, 1, 1, 0, 0, 0}, zetStsAacMaxSfbErr);
     EXPECT_EQ(header->max_sfb, 61);
     EXPECT_EQ(header->ms_mask_present, kUntouched);

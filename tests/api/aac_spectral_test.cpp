@@ -176,6 +176,10 @@ TEST(AacQuantInv, StopsAtTheBandWithAValueOutOfRange) {
                   zetStsAacCoefValErr);
         EXPECT_EQ(channel.spectrum, expected);
     }
+    const Zet16s integers[] = {1, -2, 8191, 8192};
+    Zet32s result[4];
+    EXPECT_EQ(zetsPow43Scale_16s32s_Sf(integers, result, 100, 4), zetStsAacCoefValErr);
+    EXPECT_TRUE(std::equal(integers, integers + 4, result));
 }
 
 // ---- stereo

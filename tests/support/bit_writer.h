@@ -36,6 +36,10 @@ class BitWriter {
         for (size_t i = 0; i < other.size_; ++i) append(other.bytes_[i / 8] >> (7 - i % 8) & 1U, 1);
         return *this;
     }
+    BitWriter& flip(size_t bit) {
+        bytes_[bit / 8] ^= static_cast<uint8_t>(0x80 >> bit % 8);
+        return *this;
+    }
     BitWriter first(size_t bits) const {
         BitWriter result = *this;
         result.bytes_.erase(result.bytes_.begin() + static_cast<ptrdiff_t>((bits + 7) / 8),
