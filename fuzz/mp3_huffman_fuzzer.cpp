@@ -1,5 +1,8 @@
 // The Huffman data of a granule. The first bytes choose the decoder and fill the records, the rest
 // is the data, in a block that ends with them.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include <algorithm>

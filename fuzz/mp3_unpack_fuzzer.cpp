@@ -1,4 +1,7 @@
 // A frame's header, side information and scale factors, read one behind the other.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include <cstdlib>

@@ -42,7 +42,7 @@ struct Mp3Summary {
     std::optional<Mp3InfoTag> infoTag;
     Damage damage;
 
-    bool isLayer3() const { return format.layer == 3 && format.version != 25; }
+    bool isLayer3() const { return format.layer == 3; }
     double seconds() const;
     double bitsPerSecond() const;
 };

@@ -14,8 +14,7 @@ Fault Mp3Decoder::open(const Mp3Format& format) {
     isOpen_ = true;
     format_ = format;
     if (format.layer == 1) return Mp3Fault::kUnsupportedLayer1;
-    if (format.layer == 2) return Mp3Fault::kUnsupportedLayer2;
-    return format.version == 25 ? Mp3Fault::kUnsupportedVersion25 : Fault::kNone;
+    return format.layer == 2 ? Mp3Fault::kUnsupportedLayer2 : Fault::kNone;
 }
 
 /** A frame of another format is as silent as a damaged one, and as long as the others. */
@@ -44,10 +43,7 @@ Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
 
 Fault Mp3Decoder::decodeSpectrum(int granule) {
     if (const Fault fault = reader_.readGranule(granule); failed(fault)) return fault;
-    Mp3GranuleData& data = reader_.data();
-    return faultOf(zetsReQuantize_MP3_32s_I(data.lines[0], data.nonZeroBound, data.scaleFactor[0],
-                                            &reader_.sideInfo(granule, 0), &reader_.header(),
-                                            work_));
+    return reader_.requantize(granule, work_);
 }
 
 /** From the spectrum of one channel to its samples. A bound of 0 lets the overlap fade out. */

@@ -21,8 +21,6 @@ struct Mp3Fault {
     static constexpr Fault kUnsupportedLayer2{
         Fault::Domain::kMp3, 5, "is MPEG audio Layer II, which is not supported; Layer III is",
         true};
-    static constexpr Fault kUnsupportedVersion25{
-        Fault::Domain::kMp3, 6, "is MPEG-2.5, which is not supported; MPEG-1 and MPEG-2 are", true};
 };
 
 }  // namespace zetac::codec

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "mp3/mpeg25_bands.h"
+
 namespace zetac::codec {
 namespace {
 
@@ -22,6 +24,7 @@ Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     std::memcpy(front, frame.data.data(), std::min(frame.data.size(), kFrontBytesMax));
     Zet8u* cursor = front;
     zetsUnpackFrameHeader_MP3(&cursor, &header_);
+    isMpeg25_ = frame.format.version == 25;
     // Outside of joint stereo these bits mean nothing.
     if (header_.mode != kModeJointStereo) header_.mode_extension = 0;
 
@@ -95,11 +98,37 @@ Fault Mp3FrameReader::readChannel(int granule, int channel) {
     if (status < 0) return faultOf(status);
     const size_t position = static_cast<size_t>(byte - mainData_) * 8 + static_cast<size_t>(bit);
     if (position > end) return Mp3Fault::kScaleFactorsOverrun;
-    status =
-        zetsHuffmanDecode_MP3_1u32s(&byte, &bit, data_.lines[channel], &data_.nonZeroBound[channel],
-                                    &info, &header_, static_cast<int>(end - position));
+    status = readLines(byte, bit, static_cast<int>(end - position), channel, info);
     nextBit_ = end;
     return faultOf(status);
+}
+
+ZetStatus Mp3FrameReader::readLines(Zet8u* byte, int bit, int bits, int channel,
+                                    ZetMP3GranuleSideInfo& info) {
+    Zet32s* lines = data_.lines[channel];
+    int* bound = &data_.nonZeroBound[channel];
+    if (!isMpeg25_) {
+        return zetsHuffmanDecode_MP3_1u32s(&byte, &bit, lines, bound, &info, &header_, bits);
+    }
+    if (info.window_switching_flag == 0) {
+        return zetsHuffmanDecodeSfb_MP3_1u32s(&byte, &bit, lines, bound, &info, &header_, bits,
+                                              kMpeg25LongBands);
+    }
+    return zetsHuffmanDecodeSfbMbp_MP3_1u32s(&byte, &bit, lines, bound, &info, &header_, bits,
+                                             kMpeg25LongBands, kMpeg25ShortBands,
+                                             kMpeg25MixedPartition);
+}
+
+Fault Mp3FrameReader::requantize(int granule, Zet32s* work) {
+    Zet32s* lines = data_.lines[0];
+    ZetMP3GranuleSideInfo* info = &sideInfo(granule, 0);
+    if (!isMpeg25_) {
+        return faultOf(zetsReQuantize_MP3_32s_I(lines, data_.nonZeroBound, data_.scaleFactor[0],
+                                                info, &header_, work));
+    }
+    return faultOf(zetsReQuantizeSfb_MP3_32s_I(lines, data_.nonZeroBound, data_.scaleFactor[0],
+                                               info, &header_, work, kMpeg25LongBands,
+                                               kMpeg25ShortBands));
 }
 
 }  // namespace zetac::codec

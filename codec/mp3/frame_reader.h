@@ -26,6 +26,9 @@ class Mp3FrameReader {
     Fault begin(const Mp3Frame& frame);
     /** Scale factors and Huffman data of all channels. */
     Fault readGranule(int granule);
+    /** Turns the lines of a granule into spectra, joint stereo undone.
+     *  @param work  576 values of scratch */
+    Fault requantize(int granule, Zet32s* work);
     /** The next frame does not continue the last one. */
     void forgetMainData() { mainDataBytes_ = 0; }
 
@@ -54,8 +57,10 @@ class Mp3FrameReader {
     void keepReservoir();
     void append(std::span<const Zet8u> bytes);
     Fault readChannel(int granule, int channel);
+    ZetStatus readLines(Zet8u* byte, int bit, int bits, int channel, ZetMP3GranuleSideInfo& info);
 
     ZetMP3Header header_{};
+    bool isMpeg25_ = false;
     ZetMP3GranuleSideInfo sideInfo_[4]{};
     int scfsi_[8] = {};
     int mainDataBegin_ = 0;

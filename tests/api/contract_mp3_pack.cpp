@@ -1,4 +1,7 @@
 // Contract rows of the MP3 packers, of the encoder's filter banks and of its joint stereo.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <array>
 
 #include "support/contract.h"

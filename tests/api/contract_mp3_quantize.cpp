@@ -1,4 +1,7 @@
 // Contract row of MP3 quantisation.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <array>
 
 #include "support/contract.h"

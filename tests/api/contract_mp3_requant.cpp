@@ -1,4 +1,7 @@
 // Contract rows of Layer III requantisation and of the power functions.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "support/contract.h"
 
 namespace zetac::test {

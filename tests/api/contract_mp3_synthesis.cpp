@@ -1,4 +1,7 @@
 // Contract rows of the Layer III synthesis and of the floating filter banks.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
 #include "support/contract.h"

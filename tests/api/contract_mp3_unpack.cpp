@@ -1,4 +1,7 @@
 // Contract rows of the MP3 bit-stream readers.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "support/contract.h"
 
 namespace zetac::test {

@@ -1,5 +1,8 @@
 // The analysis filter bank and the forward MDCT of Layer III against models in double precision
 // that follow the formulas of ISO/IEC 11172-3 term by term, and against the synthesis.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,5 +1,8 @@
 // The Huffman decoder against a model that goes bit by bit through the exported tables, and these
 // tables against the books of the standard.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

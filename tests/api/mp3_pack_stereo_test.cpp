@@ -1,4 +1,7 @@
 // Joint stereo of the encoder against exact arithmetic, and through the decoder's stereo.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,4 +1,7 @@
 // The packers against the unpackers: whatever is written comes back, and the bits around it stay.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

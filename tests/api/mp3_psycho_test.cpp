@@ -1,5 +1,8 @@
 // Psychoacoustic model two as an encoder sees it: delay, block types, stereo decisions. Its numbers
 // are held against a model by the internal tests.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,5 +1,8 @@
 // Quantisation and rate control of Layer III: what the records promise is worked out again from the
 // lines, with the codebooks that the decoder's tables hold and the requantiser's law in double.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

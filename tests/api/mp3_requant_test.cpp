@@ -1,5 +1,8 @@
 // Requantisation and stereo of Layer III against a model in double precision that follows the
 // standard's own order: gains, stereo with its 1/sqrt(2), reordering by destination.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,6 +1,9 @@
 // The hybrid synthesis of Layer III and its floating filter banks against models in double
 // precision that follow the formulas of ISO/IEC 11172-3 term by term, and the integer steps against
 // exact arithmetic.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

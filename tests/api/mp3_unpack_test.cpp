@@ -1,4 +1,7 @@
 // Headers, side information and scale factors built field by field.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -28,7 +28,8 @@ TEST(Mp3Conformance, BundledClips) {
 /** Some references end a little before their stream. Where one starts later, the stream starts in
  *  the middle of a frame, and the frames before the reference need what is not there. */
 TEST(Mp3Conformance, SharedStreams) {
-    const std::vector<SharedStream> streams = sharedStreams("mp3/");
+    std::vector<SharedStream> streams = sharedStreams("mp3/");
+    std::ranges::copy(sharedStreams("mp25/"), std::back_inserter(streams));
     if (streams.empty()) GTEST_SKIP() << "no streams in " ZETAC_SHARED_STREAMS;
     for (const SharedStream& stream : streams) {
         SCOPED_TRACE(stream.path);

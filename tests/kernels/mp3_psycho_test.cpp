@@ -1,5 +1,8 @@
 // Psychoacoustic model two below its interface: tables, arithmetic, spectra and decisions, and
 // whole signals against the model in double precision.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,14 +12,15 @@
 #include <numbers>
 #include <random>
 
-#include "mp3enc/psycho_arithmetic.h"
-#include "mp3enc/psycho_kernels.h"
+#include "mp3/psycho/arithmetic.h"
+#include "mp3/psycho/kernels.h"
+#include "mp3/psycho/prediction_kernels.h"
 #include "support/guarded.h"
 #include "support/mp3_psycho_model.h"
 #include "support/reference_fft.h"
-#include "tables/mp3_psy_windows.h"
+#include "tables/mp3/psycho_spectrum.h"
 
-namespace zetac::mp3enc {
+namespace zetac::mp3 {
 namespace {
 
 using test::Guarded;
@@ -29,7 +33,7 @@ std::vector<T> head(const T* values, size_t count) {
 }
 
 TEST(Mp3PsyTables, holdTheTellingValues) {
-    const PsyTables& t = tables::kPsyTables44100;
+    const PsyTables& t = tables::_zet_pPsyTables_MP3[0];
     for (int i = 0; i <= 15; ++i) EXPECT_EQ(t.pPsyPartitionTableLong[i], i);
     EXPECT_EQ(head(t.pPsyPartitionTableLong + 16, 3), (std::vector<Zet16s>{17, 19, 21}));
     EXPECT_EQ(head(t.pSprdngBoundLong, 3), (std::vector<uint32_t>{6 << 16, 7 << 16, 8 << 16}));
@@ -75,7 +79,7 @@ size_t packedSize(const uint32_t* bounds, int count) {
 
 TEST(Mp3PsyTables, areAsComputedElsewhere) {
     for (int row = 0; row < 3; ++row) {
-        const PsyTables& t = *tables::_zet_pPsyTables_MP3[row];
+        const PsyTables& t = tables::_zet_pPsyTables_MP3[row];
         const Checksums& sums = kChecksums[row];
         SCOPED_TRACE(sums.rate);
         ASSERT_EQ(t.numLong, sums.numLong);
@@ -230,8 +234,9 @@ void runKernels(const PsyKernels& kernels, int row, Guarded<KernelResults>& guar
         for (Zet32s& c : channel) c &= kMax32s;
     }
     ZetMP3PsyState state{};
-    const PsyTables& t = *tables::_zet_pPsyTables_MP3[row];
-    const PsyContext context = {t, kernels, state, results.work, 2, kAnalysisChannels};
+    const PsyTables& t = tables::_zet_pPsyTables_MP3[row];
+    const PsyContext context = {t, kernels,          kPredictionKernels[0], state, results.work,
+                                2, kAnalysisChannels};
     kernels.ownsCalEnergyUnpredict_Psy_MP3(context);
     kernels.ownsCalEnergyShort_Psy_MP3(context);
     uint64_t energy[kPartitionsLong];
@@ -333,7 +338,7 @@ TEST(Mp3PsyModel, agreesWithDoublePrecision) {
          {Session{3, 0, 400, 0}, Session{0, 1, 400, 0.3}, Session{1, 0, 400, 0.3},
           Session{1, 2, 400, 4}, Session{2, 0, 60, 0.3}, Session{1, 1, 60, 0.3}}) {
         const int channels = session.mode == 3 ? 1 : 2;
-        const PsyTables& tables = *tables::_zet_pPsyTables_MP3[session.rate];
+        const PsyTables& tables = tables::_zet_pPsyTables_MP3[session.rate];
         const auto pcm = testSignal(session, kGranules, channels);
         const auto blockLong = modelLong(tables);
         const auto blockShort = modelShort(tables);
@@ -386,7 +391,7 @@ TEST(Mp3PsyModel, agreesWithDoublePrecision) {
 // Spread energy over threshold in dB, of each partition in the last granule of a steady signal.
 // Annex D normalises the spreading, so the weights of a partition sum to 1.
 std::vector<double> signalToMask(const std::vector<Zet16s>& pcm) {
-    const PsyTables& tables = tables::kPsyTables44100;
+    const PsyTables& tables = tables::_zet_pPsyTables_MP3[0];
     ZetMP3PsyState state{};
     alignas(8) Zet8u buffer[ZETAC_MP3_PSY_BUFFER_LEN];
     ZetMP3Header header{};
@@ -421,7 +426,7 @@ TEST(Mp3PsyModel, givesTheRatiosOfAnnexDAtFullScale) {
             tone[i] = static_cast<Zet16s>(
                 std::lround(32767 * std::sin(2 * std::numbers::pi * line * i / kLongBlockLen)));
         }
-        const Zet16s* first = tables::kPsyTables44100.pPsyPartitionTableLong;
+        const Zet16s* first = tables::_zet_pPsyTables_MP3[0].pPsyPartitionTableLong;
         const auto partition = std::upper_bound(first, first + 63, line) - first - 1;
         EXPECT_NEAR(signalToMask(tone)[partition], 18, 0.001) << line;
     }
@@ -435,4 +440,4 @@ TEST(Mp3PsyModel, givesTheRatiosOfAnnexDAtFullScale) {
 }
 
 }  // namespace
-}  // namespace zetac::mp3enc
+}  // namespace zetac::mp3

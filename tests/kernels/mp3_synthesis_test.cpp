@@ -1,8 +1,11 @@
 // The rounding and the limits that the synthesis' output stage promises, at every level.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
-#include "mp3dec/polyphase_kernels.h"
-#include "tables/mp3_synthesis_window.h"
+#include "mp3/banks/polyphase_synthesis_kernels.h"
+#include "tables/mp3/polyphase.h"
 
 namespace zetac::mp3 {
 namespace {
@@ -16,7 +19,7 @@ int outputOf(size_t level, int sum) {
     std::vector<Zet32s> v(ZETAC_MP3_V_BUFFER_LEN);
     v[static_cast<size_t>(vSlot(7) + kVFirst)] = value;
     Zet16s pcm[32];
-    kPolyphaseKernels[level].windowSlots(v.data(), 0, pcm, 1);
+    kPolyphaseSynthesis[level].windowSlots(v.data(), 0, pcm, 1);
     return pcm[16];
 }
 

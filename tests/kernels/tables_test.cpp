@@ -16,7 +16,7 @@
 #include "tables/aac_swb_offset.h"
 #include "tables/aac_tns.h"
 #include "tables/aac_windows.h"
-#include "tables/mp3_sfb.h"
+#include "tables/mp3/bands.h"
 
 namespace zetac::tables {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "support/channel_stream.h"
 #include "tables/aac_spectral_book_11.h"
-#include "tables/mp3_huffman_books.h"
+#include "tables/mp3/huffman_books.h"
 
 using namespace zetac::test;
 using zetac::tables::HuffmanCode;

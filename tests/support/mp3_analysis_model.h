@@ -1,4 +1,7 @@
 // The hybrid analysis of Layer III in double precision, straight from ISO/IEC 11172-3.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,8 @@
 // Where the scale factor bands of Layer III begin, row = ID * 3 + sampling_frequency (ISO/IEC
 // 11172-3 and 13818-3, table B.8).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 namespace zetac::test {

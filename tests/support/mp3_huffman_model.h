@@ -1,5 +1,8 @@
 // Layer III Huffman decoding, bit by bit as the layout of the exported tables reads, and the books
 // that these tables turn out to hold. The library decodes from other tables.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

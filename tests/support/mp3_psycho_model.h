@@ -1,5 +1,8 @@
 // Psychoacoustic model two in double precision: the formulas of ISO/IEC 11172-3, Annex D, on a
 // whole signal at once, with the constants that the library documents.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -144,11 +144,10 @@ TEST_F(Mp3Command, DamageIsReportedOnce) {
 TEST_F(Mp3Command, OtherLayersAreNamed) {
     const std::pair<Bytes, const char*> cases[] = {
         {{0xFF, 0xFF, 0x94, 0xC0}, "MPEG audio Layer I"},
-        {{0xFF, 0xFD, 0x94, 0xC0}, "MPEG audio Layer II"},
-        {{0xFF, 0xE3, 0x94, 0xC0}, "MPEG-2.5"}};
-    // 48 kHz: 12 * 288 / 48 slots of 4 bytes; 144 * 160 / 48 bytes; 12 kHz: 72 * 80 / 12 bytes.
-    constexpr size_t kLengths[] = {288, 480, 480};
-    for (size_t i = 0; i < 3; ++i) {
+        {{0xFF, 0xFD, 0x94, 0xC0}, "MPEG audio Layer II"}};
+    // 48 kHz: 12 * 288 / 48 slots of 4 bytes; 144 * 160 / 48 bytes.
+    constexpr size_t kLengths[] = {288, 480};
+    for (size_t i = 0; i < 2; ++i) {
         Bytes frame = cases[i].first;
         frame.resize(kLengths[i]);
         put("a.mp3", joined({frame, frame, frame}));

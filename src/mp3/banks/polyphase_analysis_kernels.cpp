@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
+#include "mp3/banks/polyphase_analysis_kernels.h"
+
+#include "core/fixed_point.h"
+#include "tables/mp3/polyphase.h"
+
+#define ZETAC_FAMILY mp3
+#define ZETAC_KERNELS "mp3/banks/polyphase_analysis_kernels.inc"
+#include "core/every_level.inc"
+
+namespace zetac::mp3 {
+
+constexpr core::LevelTable<PolyphaseAnalysis> kPolyphaseAnalysis = {
+    baseline::kKernels, sse41::kKernels, avx2::kKernels, avx512::kKernels};
+
+}  // namespace zetac::mp3
