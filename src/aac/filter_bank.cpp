@@ -245,8 +245,7 @@ ZetStatus zetsMDCTInv_AAC_32s_I(Zet32s* pSrcDst, Zet32s* pOverlap, int winSequen
     ZETAC_REQUIRE(shapesValid(winShape, prevWinShape), zetStsAacWinShapeErr);
     ZETAC_REQUIRE(len == kLongLen, zetStsBadSize);
 
-    synthesize(select(kFilterBankKernels), pSrcDst, pOverlap, winSequence, winShape,
-               prevWinShape);
+    synthesize(select(kFilterBankKernels), pSrcDst, pOverlap, winSequence, winShape, prevWinShape);
     return zetStsOk;
 }
 
@@ -256,8 +255,7 @@ ZetStatus zetsMDCTFwd_AAC_32s(const Zet32s* pSrc, Zet32s* pDst, Zet32s* pReserve
     ZETAC_REQUIRE(inRange(winSequence, zetAacOnlyLong, zetAacLongStop), zetStsAacWinSeqErr);
     ZETAC_REQUIRE(shapesValid(winShape, prevWinShape), zetStsAacWinShapeErr);
 
-    analyze(select(kFilterBankKernels), pSrc, pDst, winSequence, winShape, prevWinShape,
-            pWork);
+    analyze(select(kFilterBankKernels), pSrc, pDst, winSequence, winShape, prevWinShape, pWork);
     return zetStsOk;
 }
 

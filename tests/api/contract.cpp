@@ -138,12 +138,6 @@ void store(Zet8u* at, const Parameter& type, int64_t x) {
         write(static_cast<int32_t>(x));
 }
 
-const Field& fieldOf(const Parameter& record, const std::string& name) {
-    return *std::ranges::find_if(recordFields(), [&](const Field& field) {
-        return field.record == record.type && field.name == name;
-    });
-}
-
 // name, name[i], name.field, name[i].field[j]; -1 for an index that is left out.
 struct PlaceName {
     std::string name, field;
@@ -257,7 +251,7 @@ void Row::set(const std::string& setting, const Function& function, std::vector<
     // A field without an index is set in all records, and all elements of it.
     const PlaceName parsed(place);
     if (parsed.field.empty()) return setterOf(place)(x);
-    const Field& field = fieldOf(type, parsed.field);
+    const Field& field = fieldNamed(type.type, parsed.field);
     for (size_t i = 0; i < places_[name].count; ++i)
         for (size_t j = 0; j < field.count; ++j)
             if ((parsed.index < 0 || parsed.index == static_cast<int64_t>(i)) &&
@@ -294,7 +288,7 @@ std::function<void(int64_t)> Row::setterOf(const std::string& text) {
     const auto& [memory, type, count] = found->second;
     Zet8u* at = memory + static_cast<size_t>(std::max<int64_t>(place.index, 0)) * type->size;
     if (place.field.empty()) return [at, &type = *type](int64_t x) { store(at, type, x); };
-    const Field& field = fieldOf(*type, place.field);
+    const Field& field = fieldNamed(type->type, place.field);
     at += field.offset + static_cast<size_t>(std::max<int64_t>(place.element, 0)) * field.type.size;
     return [at, &field](int64_t x) { store(at, field.type, x); };
 }

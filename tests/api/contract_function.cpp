@@ -2,8 +2,9 @@
 // Copyright (c) 2026, The Zetac authors
 #include "api/contract_function.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <map>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -66,9 +67,9 @@ struct Caller<function> {
     static Function make(const char* name) { return {name, {describe<Arguments>()...}, call}; }
 };
 
-const std::vector<Function>& allFunctions() {
-#define MAKE(function) Caller<function>::make(#function),
-    static const std::vector<Function> functions = {ZETAC_FOR_EACH_FUNCTION(MAKE)};
+const std::map<std::string, Function>& allFunctions() {
+#define MAKE(function) {#function, Caller<function>::make(#function)},
+    static const std::map<std::string, Function> functions = {ZETAC_FOR_EACH_FUNCTION(MAKE)};
 #undef MAKE
     return functions;
 }
@@ -83,7 +84,7 @@ Field field(const char* name, Member Record::*, size_t offset, size_t room) {
 }  // namespace
 
 const Function& functionNamed(const std::string& name) {
-    return *std::ranges::find(allFunctions(), name, &Function::name);
+    return allFunctions().at(name);
 }
 
 const std::vector<Field>& recordFields() {
@@ -130,6 +131,12 @@ const std::vector<Field>& recordFields() {
         FIELD(ZetVQCodebook, signBit),
     };
     return fields;
+}
+
+const Field& fieldNamed(std::type_index record, const std::string& name) {
+    for (const Field& field : recordFields())
+        if (field.record == record && field.name == name) return field;
+    throw std::out_of_range("no field " + name);
 }
 
 }  // namespace zetac::test

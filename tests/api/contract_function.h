@@ -36,10 +36,10 @@ struct Function {
     ZetStatus (*call)(const Slot* slots);
 };
 
+/** Throws where no function has the name; so does fieldNamed for a record. */
 const Function& functionNamed(const std::string& name);
 
-/** A field of a record that rows may name: pNoise.level. Pointers in records lead to memory of
- * their own, zeros. */
+/** A field of a record that rows may name. Pointers in records lead to zeros of their own. */
 struct Field {
     std::type_index record;
     std::string name;
@@ -50,5 +50,6 @@ struct Field {
 };
 
 const std::vector<Field>& recordFields();
+const Field& fieldNamed(std::type_index record, const std::string& name);
 
 }  // namespace zetac::test

@@ -1,8 +1,10 @@
 #!/bin/sh
-# exports.sh LIBRARY HEADER MARK [VERSION]: the library exports exactly the names that the header
-# declares with the mark, all of that version where there is one.
+# exports.sh LIBRARY HEADER MARK VERSION [NAMES]: the library exports exactly the names that the header
+# declares with the mark, all of that version unless it is "-", and none of the names that a release
+# had is gone.
 set -eu
-library=$1 header=$2 mark=$3 version=${4:+@@$4}
+library=$1 header=$2 mark=$3 version=@@$4 released=${5-/dev/null}
+[ "$4" != - ] || version=
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -22,3 +24,5 @@ echo "$(wc -l <"$work/declared") names declared, $(wc -l <"$work/exported") expo
 test -s "$work/declared"
 echo "Differences (- declared only, + exported only):"
 diff -U0 "$work/declared" "$work/exported"
+echo "Released, and not exported:"
+! LC_ALL=C comm -23 "$released" "$work/exported" | grep .
