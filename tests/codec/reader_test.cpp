@@ -42,7 +42,9 @@ Pcm readOn(const ReaderPtr& reader, size_t samples = SIZE_MAX) {
     uint64_t expected = UINT64_MAX;
     for (size_t read = 0; read < samples && zetacReaderRead(reader.get(), &frame) == ZETAC_OK;) {
         if (frame.samples == 0) continue;
-        if (expected != UINT64_MAX) EXPECT_EQ(frame.position, expected);
+        if (expected != UINT64_MAX) {
+            EXPECT_EQ(frame.position, expected);
+        }
         expected = frame.position + static_cast<uint64_t>(frame.samples);
         const auto* values = static_cast<const Zet16s*>(frame.planes[0]);
         pcm.insert(pcm.end(), values, values + frame.samples * frame.channels);
