@@ -1415,10 +1415,12 @@ typedef struct ZetMP3GranuleSideInfo {
 
 /** Reads a frame header of 4 bytes, and the CRC word when protection_bit is 0. The sync bits are
  *  passed over without a look, and so is the bit that tells MPEG-2.5; no field is range-checked.
+ *  Three bytes behind the header, or behind the CRC word, must be readable.
  *  Checks: a null pointer: zetStsNullPointer. */
 ZETAC_API ZetStatus zetsUnpackFrameHeader_MP3(Zet8u** ppStream, ZetMP3Header* pHeader);
 
-/** Reads the side information of a frame: 17 or 32 bytes, LSF 9 or 17.
+/** Reads the side information of a frame: 17 or 32 bytes, LSF 9 or 17. Three bytes behind it must
+ * be readable.
  *  @param ppStream        in/out: byte position, behind header and CRC word
  *  @param pGranuleInfo    out: 1, 2 or 4 records, granule-major. Fields that the stream does not
  *                         carry keep their values: table_select[2] with window switching,
@@ -1436,7 +1438,7 @@ ZETAC_API ZetStatus zetsUnpackSideInfo_MP3(Zet8u** ppStream, ZetMP3GranuleSideIn
                                            ZetMP3Header* pHeader);
 
 /** Reads the scale factors of one granule of one channel from the main data (ISO/IEC 11172-3,
- *  2.4.2.7; 13818-3, 2.4.3.2).
+ *  2.4.2.7; 13818-3, 2.4.3.2). Three bytes behind the one with the last of them must be readable.
  *  @param ppStream, pBitOffset  in/out: position
  *  @param pScaleFactors  in/out: the channel's scale factors, room for ZETAC_MP3_SCF_MAX. MPEG-1
  *                        long: bands 0..20 and one 0; short: [band * 3 + window], bands 0..11, and
@@ -1531,12 +1533,14 @@ ZETAC_API ZetStatus zetsHuffmanDecodeSfbMbp_MP3_1u32s(
  *  13818-3, 2.4.3.2). Powers are rounded to nearest; beyond 32 bits they become +-(2^31 - 1), and
  *  the sums and differences of M/S saturate too. The format has room for 32 times full scale. The
  *  factor 1/sqrt(2) of M/S is part of the gain of the bands coded so. The uppermost band has no
- *  scale factor of its own: its gain takes the filler 0, its intensity position the band below's.
+ *  scale factor of its own: its gain takes the filler 0, and so does its intensity position, unless
+ *  the band below is in intensity stereo too, whose position then goes on.
  *  @param pSrcDst         in/out: [2][576]; out: short blocks with six lines of each window in
  *                         every subband
  *  @param pNonZeroBound   in/out: [2] bounds of the Huffman decoder, lines beyond them being 0;
- *                         out: after stereo and reordering. Of short blocks the index of the last
- *                         non-zero line plus 1; in joint stereo the larger of the channels' bounds
+ *                         out: after stereo and reordering. Of short and mixed blocks each
+ * channel's own, the index of its last non-zero line plus 1; of long blocks as it was or, in joint
+ * stereo with a tool on, the larger of the two
  *  @param pScaleFactors   [2][ZETAC_MP3_SCF_MAX]
  *  @param pGranuleInfo    [2] records of this granule
  *  @param pHeader         the frame's header; stereo tools work in mode 1 only, mode 3 has one
@@ -1551,7 +1555,7 @@ ZETAC_API ZetStatus zetsHuffmanDecodeSfbMbp_MP3_1u32s(
  *  bound outside 0..576: zetStsBadArg; while working, channel by channel, global_gain outside
  *  0..255, scalefac_scale, preflag: zetStsBadSideInfo, subblock_gain of a short block outside 0..7,
  *  a magnitude above 8206: zetStsOutOfRange; then an MPEG-1 intensity position outside 0..7 in a
- *  band up to the left channel's bound: zetStsOutOfRange. */
+ *  band at or above the right channel's bound: zetStsOutOfRange. */
 ZETAC_API ZetStatus zetsReQuantizeSfb_MP3_32s_I(Zet32s* pSrcDst, int* pNonZeroBound,
                                                 Zet8s* pScaleFactors,
                                                 ZetMP3GranuleSideInfo* pGranuleInfo,
@@ -1589,7 +1593,7 @@ ZETAC_API ZetStatus zetsPow34_16s_Sfs(const Zet16s* pSrc, int inScaleFactor, Zet
  * --------------------------------------------------------------------------------------------- */
 
 /** Alias reduction, inverse MDCT of the 32 subbands, overlap-add and frequency inversion of one
- *  granule of one channel (ISO/IEC 11172-3, 2.4.3.4).
+ *  granule of one channel (ISO/IEC 11172-3, 2.4.3.4). All results saturate.
  *  @param pSrc             in: 576 lines, Q26, 18 per subband; changed by alias reduction
  *  @param pDst             out: [18][32] subband samples, Q24, time slot by time slot
  *  @param pOverlap         in/out: [32][18], Q24, the channel's state, zeroed before the first
@@ -1605,9 +1609,9 @@ ZETAC_API ZetStatus zetsMDCTInv_MP3_32s(Zet32s* pSrc, Zet32s* pDst, Zet32s* pOve
                                         int nonZeroBound, int* pPrevNumOfImdct, int blockType,
                                         int mixedBlock);
 
-/** The inverse MDCT of one subband: 18 lines, Q26, to 36 windowed values, Q24. blockType 2 takes
- *  three 12-point transforms, any other the 36-point one with that block type's window. No checks.
- */
+/** The inverse MDCT of one subband: 18 lines, Q26, to 36 windowed values, Q24, saturated. blockType
+ * 2 takes three 12-point transforms; 0, 1 and 3 the 36-point one with that block type's window, any
+ *  other value with the normal window. No checks. */
 ZETAC_API ZetStatus zetsMDCTInvWindow_MP3_32s(Zet32s* pSrc, Zet32s* pDst, int blockType);
 
 /** One time slot of the polyphase synthesis filter bank (ISO/IEC 11172-3, 2.4.3.5): 32 subband

@@ -439,8 +439,8 @@ typedef struct ZetacEncoderOptions {
     int32_t channels;     /**< 1 or 2; 0: 2 */
     int32_t sampleFormat; /**< ZetacSampleFormat of the input */
     int32_t isPlanar;     /**< one plane a channel, instead of interleaved samples */
-    int32_t bitRate;      /**< bit/s of a constant or mean bit rate; 0: 128000, or what suits a
-                             lower sampling rate */
+    int32_t bitRate;      /**< bit/s of a constant or mean bit rate; 0: 64000 for each channel, or
+                             what suits a lower sampling rate */
     int32_t rateMode;     /**< ZetacRateMode */
     float quality;        /**< 0 (best) to 9 of a variable bit rate */
     int32_t stereoMode;   /**< ZetacStereoMode */
@@ -497,7 +497,8 @@ ZETAC_CODEC_API ZetacStatus zetacEncoderCreate(ZetacEncoder** encoder,
 /** @param encoder  null: nothing happens */
 ZETAC_CODEC_API void zetacEncoderFree(ZetacEncoder* encoder);
 
-/** Takes samples.
+/** Takes samples. They are coded with 16 bits: what is wider is rounded to the nearest value, the
+ * even one of two, and limited to full scale; a float that is no number is silence.
  *  @param planes   one plane a channel, or all samples interleaved in planes[0]
  *  @param samples  of each channel
  *  @param taken    out: of these; fewer when packets wait to be taken out first

@@ -31,7 +31,7 @@ Pcm decodeMp3(const std::vector<std::uint8_t>& bytes) {
     zetac::codec::Mp3Frame frame;
     while (stream->next(frame)) {
         const auto decoded = decoder->decode(frame, block.data());
-        if (decoded.fault != zetac::codec::Mp3Fault::kNone)
+        if (decoded.fault != zetac::codec::Fault::kNone)
             throw std::runtime_error("a frame of the encoder's output cannot be decoded");
         pcm.channels = static_cast<unsigned>(decoded.channels);
         pcm.samples.insert(pcm.samples.end(), block.begin(),

@@ -1,7 +1,6 @@
-// This library, through the encoder of the command-line tool.
-#include <mp3/encoder.h>
+// This library, through its encoder object.
+#include <zetac_codec.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "encoder.h"
@@ -9,26 +8,46 @@
 namespace quality {
 namespace {
 
-void check(ZetStatus status) {
-    if (status != zetStsOk)
-        throw std::runtime_error("zetac fails with status " + std::to_string(status));
+void check(ZetacStatus status) {
+    if (status < 0)
+        throw std::runtime_error(std::string("zetac fails: ") + zetacStatusText(status));
+}
+
+using Handle = std::unique_ptr<ZetacEncoder, void (*)(ZetacEncoder*)>;
+
+Handle open(const Pcm& pcm, unsigned kilobits) {
+    ZetacEncoderOptions options = ZETAC_ENCODER_OPTIONS_INIT;
+    options.sampleRate = static_cast<int>(pcm.sampleRate);
+    options.channels = static_cast<int>(pcm.channels);
+    options.bitRate = static_cast<int>(1000 * kilobits);
+    options.lacksInfo = 1;
+    ZetacEncoder* encoder = nullptr;
+    check(zetacEncoderCreate(&encoder, &options));
+    return {encoder, zetacEncoderFree};
+}
+
+void takePackets(ZetacEncoder* encoder, std::vector<std::uint8_t>& bytes) {
+    ZetacPacket packet = ZETAC_PACKET_INIT;
+    while (zetacEncoderTake(encoder, &packet) == ZETAC_OK)
+        bytes.insert(bytes.end(), packet.data, packet.data + packet.bytes);
 }
 
 class Zetac final : public Encoder {
   public:
-    std::string name() const override {
-        return std::string("zetac ") + zetacGetLibVersion()->Version;
-    }
+    std::string name() const override { return std::string("zetac ") + zetacCodecVersion(); }
 
     std::vector<std::uint8_t> encode(const Pcm& pcm, unsigned kilobits) const override {
-        const zetac::codec::Mp3EncoderSettings settings = {
-            .sampleRate = static_cast<int>(pcm.sampleRate),
-            .channels = static_cast<int>(pcm.channels),
-            .bitRate = static_cast<int>(kilobits)};
-        const auto encoder = std::make_unique<zetac::codec::Mp3Encoder>(settings);
+        const Handle encoder = open(pcm, kilobits);
         std::vector<std::uint8_t> bytes;
-        check(encoder->encode(pcm.samples.data(), pcm.frames(), bytes));
-        check(encoder->finish(bytes));
+        for (std::size_t at = 0; at < pcm.frames();) {
+            const void* plane = &pcm.samples[at * pcm.channels];
+            std::size_t taken = 0;
+            check(zetacEncoderFeed(encoder.get(), &plane, pcm.frames() - at, &taken));
+            at += taken;
+            takePackets(encoder.get(), bytes);
+        }
+        check(zetacEncoderFinish(encoder.get()));
+        takePackets(encoder.get(), bytes);
         return bytes;
     }
 };

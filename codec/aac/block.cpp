@@ -46,8 +46,8 @@ bool ChannelData::hasCodebook(ZetAACCodebook book) const {
 
 Fault BlockParser::open(const RawBlock& block) {
     format_ = block.format;
-    if (format_.samplingFrequencyIndex >= kRatesMax) return Fault::kUnsupportedRate;
-    if (format_.profile == kProfileScalableSamplingRate) return Fault::kUnsupportedProfile;
+    if (format_.samplingFrequencyIndex >= kRatesMax) return AacFault::kUnsupportedRate;
+    if (format_.profile == kProfileScalableSamplingRate) return AacFault::kUnsupportedProfile;
     if (format_.channelConfiguration != 0) {
         return adopt(ChannelLayout::fromConfiguration(format_.channelConfiguration));
     }
@@ -57,8 +57,8 @@ Fault BlockParser::open(const RawBlock& block) {
 }
 
 Fault BlockParser::adopt(const std::optional<ChannelLayout>& layout) {
-    if (layout_) return layout_ == layout ? Fault::kNone : Fault::kLayoutChanged;
-    if (!layout) return Fault::kUnsupportedLayout;
+    if (layout_) return layout_ == layout ? Fault::kNone : AacFault::kLayoutChanged;
+    if (!layout) return AacFault::kUnsupportedLayout;
     layout_ = layout;
     channels_ = std::make_unique<ChannelData[]>(static_cast<size_t>(layout->channels()) + 1);
     return Fault::kNone;
@@ -72,7 +72,7 @@ size_t BlockParser::allocatedBytes() const {
 Fault BlockParser::checkFormat(const RawBlock& block) const {
     StreamFormat expected = format_;
     expected.mpegVersion = block.format.mpegVersion;
-    return block.format == expected ? Fault::kNone : Fault::kFormatChanged;
+    return block.format == expected ? Fault::kNone : StreamFault::kFormatChanged;
 }
 
 // --- One block ----------------------------------------------------------------------------------
@@ -91,7 +91,7 @@ Fault BlockParser::parse(const RawBlock& block) {
     cursor_ = {const_cast<Zet8u*>(block.data.data()), 0};
     Fault fault = parseElements();
     // Whatever is wrong with bits behind the end, what is wrong first is that they are there.
-    if (isBeyondEnd()) fault = Fault::kTruncated;
+    if (isBeyondEnd()) fault = StreamFault::kTruncated;
     cursor_.byteAlign();
     bytesUsed_ = static_cast<size_t>(cursor_.byte - block.data.data());
     return fault;
@@ -106,16 +106,16 @@ Fault BlockParser::parseElements() {
         const auto id = static_cast<ElementId>(cursor_.get(3));
         if (id == ElementId::kEnd) break;
         if (const Fault fault = parseElement(id); failed(fault)) return fault;
-        if (isBeyondEnd()) return Fault::kTruncated;
+        if (isBeyondEnd()) return StreamFault::kTruncated;
     }
-    if (!layout_) return Fault::kNoLayout;
-    if (static_cast<int>(elementCount_) != layout_->elements()) return Fault::kElementMissing;
+    if (!layout_) return AacFault::kNoLayout;
+    if (static_cast<int>(elementCount_) != layout_->elements()) return AacFault::kElementMissing;
     return verifyCrc();
 }
 
 Fault BlockParser::verifyCrc() const {
     if (!block_->isProtected || crc_.value() == block_->expectedCrc) return Fault::kNone;
-    return Fault::kCrcMismatch;
+    return StreamFault::kCrcMismatch;
 }
 
 /** Puts the bits from a cursor to here under the error check: all, or as many as the limit says,
@@ -144,10 +144,10 @@ Fault BlockParser::parseElement(ElementId id) {
 
 /** Finds the element's place in the layout. Elements of other programs have none: slot is -1. */
 Fault BlockParser::claim(ElementId id, int tag, int& slot) {
-    if (!layout_) return Fault::kNoLayout;
+    if (!layout_) return AacFault::kNoLayout;
     slot = layout_->find(id, tag, static_cast<int>(elementCount_));
-    if (slot < 0) return programTag_ < 0 ? Fault::kElementUnexpected : Fault::kNone;
-    if (claimed_ >> slot & 1) return Fault::kElementRepeated;
+    if (slot < 0) return programTag_ < 0 ? AacFault::kElementUnexpected : Fault::kNone;
+    if (claimed_ >> slot & 1) return AacFault::kElementRepeated;
     claimed_ |= 1u << slot;
     return Fault::kNone;
 }
@@ -192,7 +192,7 @@ Fault BlockParser::parsePair(ZetAACChanPairElt& pair, BitCursor start, ChannelDa
             : zetsDecodeChanPairElt_MP4_AAC(&cursor_.byte, &cursor_.bit, &left.ownIcs, &pair,
                                             mainHeader_.ltp, predSfbMax(), format_.profile + 1);
     if (status < 0) return faultOf(status);
-    if (isBeyondEnd()) return Fault::kTruncated;
+    if (isBeyondEnd()) return StreamFault::kTruncated;
     ZetAACIcsInfo& rightIcs = pair.common_window ? left.ownIcs : right.ownIcs;
     Fault fault = parseChannel(left, left.ownIcs, pair.common_window);
     if (failed(fault)) return fault;
@@ -219,17 +219,17 @@ Fault BlockParser::parseChannel(ChannelData& channel, ZetAACIcsInfo& ics, int co
                                                 channel.codebook, channel.tnsCoef, &channel.info, 0,
                                                 0, commonWindow, 0, format_.profile + 1);
     if (status < 0) return faultOf(status);
-    if (isBeyondEnd()) return Fault::kTruncated;
+    if (isBeyondEnd()) return StreamFault::kTruncated;
     channel.ltp = mainHeader_.ltp[ltpIndex];
     const bool isLowComplexity = format_.profile == kProfileLowComplexity;
-    return isLowComplexity && ics.predictor_data_present ? Fault::kPrediction : Fault::kNone;
+    return isLowComplexity && ics.predictor_data_present ? AacFault::kPrediction : Fault::kNone;
 }
 
 // --- The elements without a channel of their own ------------------------------------------------
 
 /** coupling_channel_element() (ISO/IEC 13818-7, 6.3): read, but not applied. */
 Fault BlockParser::parseCoupling() {
-    if (!layout_) return Fault::kNoLayout;
+    if (!layout_) return AacFault::kNoLayout;
     const BitCursor start = cursor_;
     cursor_.get(4);  // element_instance_tag
     const bool isIndependent = cursor_.get(1) != 0;
@@ -282,7 +282,7 @@ Fault BlockParser::parseProgramConfig() {
     const ZetStatus status = zetsDecodePrgCfgElt_AAC(&cursor_.byte, &cursor_.bit, &program);
     protect(start, kProtectedWhole);
     if (status < 0) return faultOf(status);
-    if (isBeyondEnd()) return Fault::kTruncated;
+    if (isBeyondEnd()) return StreamFault::kTruncated;
     if (format_.channelConfiguration != 0) return Fault::kNone;
     if (programTag_ < 0) programTag_ = program.element_instance_tag;
     if (programTag_ != program.element_instance_tag) return Fault::kNone;

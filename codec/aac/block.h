@@ -110,7 +110,7 @@ class BlockParser {
 
     const RawBlock* block_ = nullptr;
     BitCursor cursor_;
-    AdtsCrc crc_;
+    Crc16 crc_;
     size_t bytesUsed_ = 0;
     bool hasSbr_ = false;
     bool hasCoupling_ = false;

@@ -48,7 +48,7 @@ Fault copyIntensity(const ChannelData& left, ChannelData& right) {
         return Fault::kNone;
     }
     const ZetAACIcsInfo& ics = right.ics();
-    if (!haveSameWindows(left.ics(), ics)) return Fault::kWindowsDiffer;
+    if (!haveSameWindows(left.ics(), ics)) return AacFault::kWindowsDiffer;
     return faultOf(
         zetsDecodeIsStereo_AAC_32s(left.spectrum, right.spectrum, right.scaleFactor, right.codebook,
                                    ics.num_window_groups, ics.window_group_length, ics.max_sfb,
@@ -89,7 +89,7 @@ DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
     const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
     if (states_ && isHeard) synthesise(pcm);
-    if (isRefusal(fault)) refusal_ = fault;
+    if (fault.isRefusal) refusal_ = fault;
     return {fault, parser_.bytesUsed(), parser_.channels(), isHeard ? samples() : 0, sbrFault};
 }
 
@@ -346,7 +346,7 @@ void AacDecoder::synthesiseSbr() {
         } else {
             synthesiseCore(index, core);
         }
-        sbr->decode(index - first, core, plane(index));
+        sbr->decode(index - first, core, PcmPlane(plane(index)));
     }
 }
 

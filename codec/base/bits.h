@@ -1,4 +1,4 @@
-// The position in a raw data block and the few bits that the assembly reads itself.
+// Positions in a bit stream, and the few bits that are read here and not by the primitives.
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
@@ -6,14 +6,17 @@
 
 #include <zetac.h>
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
+#include <span>
 
 namespace zetac::codec {
 
-/** A bit position as the library takes it: `&cursor.byte, &cursor.bit`. Reading past the end of the
- *  data is harmless as long as kReadAhead bytes behind it are readable. */
+/** Readable bytes that must stand behind the data of a stream: more than any call of the primitives
+ *  reads. */
+inline constexpr size_t kReadAhead = 2 * ZETAC_AAC_CHANNEL_BYTES_MAX;
+
+/** A bit position as the primitives take it: `&cursor.byte, &cursor.bit`. Reading past the end of
+ *  the data is harmless as long as kReadAhead bytes behind it are readable. */
 struct BitCursor {
     Zet8u* byte = nullptr;
     int bit = 0;
@@ -39,46 +42,42 @@ struct BitCursor {
     }
 };
 
-/** Readable bytes that must stand behind the data of a stream: more than any call reads. */
-inline constexpr size_t kReadAhead = 2 * ZETAC_AAC_CHANNEL_BYTES_MAX;
-
-/** The error check of ADTS (ISO/IEC 13818-7, 6.2): x^16 + x^15 + x^2 + 1, all ones at the start. */
-class AdtsCrc {
+/** Reads bits of data that end; behind the end there are zeros. */
+class BitReader {
   public:
-    /** Adds bits from the cursor on, followed by zeros up to paddedCount bits. */
-    void add(BitCursor from, size_t count, size_t paddedCount) {
-        for (size_t left = count; left > 0;) {
-            const int step = left < 8 ? static_cast<int>(left) : 8;
-            addBits(from.get(step), step);
-            left -= static_cast<size_t>(step);
+    explicit BitReader(std::span<const Zet8u> data) : data_(data) {}
+
+    /** The next 1..24 bits. */
+    unsigned peek(int count) const {
+        const size_t first = position_ / 8;
+        unsigned word = 0;
+        if (first + 4 <= data_.size()) {
+            for (size_t i = 0; i < 4; ++i) word = word << 8 | data_[first + i];
+        } else {
+            for (size_t i = first; i < first + 4; ++i) {
+                word = word << 8 | (i < data_.size() ? data_[i] : 0u);
+            }
         }
-        for (; count < paddedCount; ++count) addBits(0, 1);
+        return word << position_ % 8 >> (32 - count);
     }
 
-    uint16_t value() const { return static_cast<uint16_t>(state_); }
+    void skip(size_t count) { position_ += count; }
+
+    unsigned get(int count) {
+        const unsigned value = peek(count);
+        skip(static_cast<size_t>(count));
+        return value;
+    }
+
+    int number(int count) { return static_cast<int>(get(count)); }
+    bool flag() { return get(1) != 0; }
+
+    size_t position() const { return position_; }
+    bool isBeyondEnd() const { return position_ > data_.size() * 8; }
 
   private:
-    static constexpr unsigned shiftIn(unsigned state, int count) {
-        for (; count > 0; --count) state = state & 0x8000 ? state << 1 ^ 0x8005 : state << 1;
-        return state & 0xFFFF;
-    }
-
-    static constexpr std::array<uint16_t, 256> makeTable() {
-        std::array<uint16_t, 256> table{};
-        for (unsigned i = 0; i < 256; ++i) table[i] = static_cast<uint16_t>(shiftIn(i << 8, 8));
-        return table;
-    }
-
-    void addBits(unsigned bits, int count) {
-        static constexpr std::array<uint16_t, 256> kTable = makeTable();
-        if (count == 8) {
-            state_ = (state_ << 8 & 0xFF00) ^ kTable[(state_ >> 8) ^ bits];
-        } else {
-            state_ = shiftIn(state_ ^ bits << (16 - count), count);
-        }
-    }
-
-    unsigned state_ = 0xFFFF;
+    std::span<const Zet8u> data_;
+    size_t position_ = 0;
 };
 
 }  // namespace zetac::codec

@@ -115,7 +115,8 @@ void AdtsStream::readBlockPositions() {
     headerCrc_.add({const_cast<Zet8u*>(words), 0}, static_cast<size_t>(positions) * 16, 0);
     blockOffsets_[0] = 0;
     for (int i = 0; i < positions; ++i) blockOffsets_[i + 1] = wordAt(words + 2 * i);
-    if (headerCrc_.value() != wordAt(words + 2 * positions)) frameFault_ = Fault::kCrcMismatch;
+    if (headerCrc_.value() != wordAt(words + 2 * positions))
+        frameFault_ = StreamFault::kCrcMismatch;
 }
 
 void AdtsStream::beginFrame() {
@@ -126,7 +127,7 @@ void AdtsStream::beginFrame() {
     isFrameOpen_ = true;
     frameFault_ = Fault::kNone;
     lockedAt_ = frame_;
-    headerCrc_ = AdtsCrc();
+    headerCrc_ = Crc16();
     if (header_.protection_absent) return;
     headerCrc_.add({const_cast<Zet8u*>(&data_[frame_]), 0}, kHeaderBits, 0);
     if (blocks_ > 1) readBlockPositions();
@@ -160,7 +161,7 @@ bool AdtsStream::next(RawBlock& block) {
     block.fault = frameFault_;
     block.isProtected = !header_.protection_absent;
     if (block.isProtected) {
-        block.crc = blocks_ > 1 ? AdtsCrc() : headerCrc_;
+        block.crc = blocks_ > 1 ? Crc16() : headerCrc_;
         block.expectedCrc = blocks_ > 1 ? wordAt(data_.data() + blockEnd())
                                         : static_cast<unsigned>(header_.crc_check);
     }
@@ -190,7 +191,7 @@ void AdtsStream::finish(size_t bytesUsed, bool isGood) {
         return;
     }
     block_ += bytesUsed;
-    if (!isGood) frameFault_ = Fault::kPrecedingBlock;
+    if (!isGood) frameFault_ = StreamFault::kPrecedingBlock;
 }
 
 // --- ADIF ---------------------------------------------------------------------------------------

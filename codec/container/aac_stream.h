@@ -11,8 +11,9 @@
 #include <span>
 #include <vector>
 
-#include "aac/fault.h"
 #include "base/bits.h"
+#include "base/crc.h"
+#include "base/fault.h"
 
 namespace zetac::codec {
 
@@ -37,7 +38,7 @@ struct RawBlock {
     Fault fault = Fault::kNone;                      // why the block cannot be trusted already
 
     bool isProtected = false;  // crc and expectedCrc count
-    AdtsCrc crc;               // over what of the frame comes before the block
+    Crc16 crc;                 // over what of the frame comes before the block
     unsigned expectedCrc = 0;
 };
 
@@ -122,7 +123,7 @@ class AdtsStream : public BlockStream {
     bool isFrameOpen_ = false;
     Fault frameFault_ = Fault::kNone;
     size_t blockOffsets_[4] = {};  // from firstBlock_; protected frames of several blocks only
-    AdtsCrc headerCrc_;
+    Crc16 headerCrc_;
 };
 
 /** An ADIF file (ISO/IEC 13818-7, 6.2): one header and raw data blocks to the end. Behind a damaged

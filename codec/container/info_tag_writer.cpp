@@ -12,6 +12,7 @@ namespace {
 constexpr size_t kHeaderBytes = 4;
 constexpr size_t kTagBytes = 156;
 constexpr size_t kSeekPoints = 100;
+constexpr int kHighestBitRate = 14;
 constexpr size_t kDecoderDelay = 529;  // that every decoder has, and which the tag leaves out
 // Nine characters. The first four name the layout of the fields that follow: libavformat and
 // GStreamer trust the delays only where they stand. The others name the encoder.
@@ -34,6 +35,10 @@ uint16_t crcOf(uint16_t crc, std::span<const Zet8u> bytes) {
     return crc;
 }
 
+uint64_t limited32(uint64_t value) {
+    return std::min<uint64_t>(value, UINT32_MAX);
+}
+
 /** Big-endian numbers one after another. */
 class Cursor {
   public:
@@ -52,62 +57,86 @@ class Cursor {
 
 }  // namespace
 
-/** The frame has a bit rate at which the tag fits into it, and the own one where that does. */
-Mp3InfoWriter::Mp3InfoWriter(const Mp3Format& format, int mode, int quality, int bitRateIndex)
+// --- Seek table ---------------------------------------------------------------------------------
+
+void Mp3SeekTable::add(uint64_t start) {
+    if (frames_ % step_ == 0) {
+        if (frames_ / step_ == kEntries) {
+            for (size_t i = 0; i < kEntries / 2; ++i) starts_[i] = starts_[2 * i];
+            step_ *= 2;
+        }
+        starts_[frames_ / step_] = start;
+    }
+    ++frames_;
+}
+
+uint64_t Mp3SeekTable::startOf(uint64_t frame, uint64_t end) const {
+    const uint64_t entry = frame / step_;
+    const uint64_t next = std::min((entry + 1) * step_, frames_);
+    const uint64_t begin = starts_[entry], follower = next < frames_ ? starts_[entry + 1] : end;
+    return begin + (follower - begin) * (frame % step_) / (next - entry * step_);
+}
+
+// --- Information frame --------------------------------------------------------------------------
+
+Mp3InfoWriter::Mp3InfoWriter(const Mp3Format& format, const ZetMP3Header& header)
     : format_(format),
-      quality_(quality),
-      constantKilobits_(mp3BitRate(format, bitRateIndex) / 1000),
-      tagOffset_(kHeaderBytes + mp3SideInfoBytes(true, mode == 3)) {
-    header_.ID = header_.layer = header_.protection_bit = header_.original_copy = 1;
-    header_.sampling_frequency = format.samplingFrequency;
-    header_.mode = mode;
-    header_.bitrate_index = std::max(bitRateIndex, 1);
-    while (mp3FrameBytes(format, mp3BitRate(format, header_.bitrate_index)) <
-           tagOffset_ + kTagBytes)
-        ++header_.bitrate_index;
+      header_(header),
+      tagOffset_(kHeaderBytes + mp3SideInfoBytes(format.version == 1, header.mode == 3)) {
+    header_.protection_bit = 1;  // readers look for the tag behind the side information
+    header_.mode_extension = 0;
+    if (header_.bitrate_index > kHighestBitRate) header_.bitrate_index = 1;
+    while (frameBytes() < tagOffset_ + kTagBytes) ++header_.bitrate_index;
 }
 
-void Mp3InfoWriter::addBytes(std::span<const Zet8u> bytes) {
-    musicCrc_ = crcOf(musicCrc_, bytes);
+void Mp3InfoWriter::add(std::span<const Zet8u> frame) {
+    seekTable_.add(bytes_);
+    bytes_ += frame.size();
+    musicCrc_ = crcOf(musicCrc_, frame);
 }
 
-std::vector<Zet8u> Mp3InfoWriter::frame(size_t samples, size_t decoded) const {
-    std::vector<Zet8u> frame(mp3FrameBytes(format_, mp3BitRate(format_, header_.bitrate_index)));
-    Zet8u* cursor = frame.data();
-    zetsPackFrameHeader_MP3(&header_, &cursor);
-    putTag(frame, samples, decoded);
-    return frame;
+size_t Mp3InfoWriter::frameBytes() const {
+    return mp3FrameBytes(format_, mp3BitRate(format_, header_.bitrate_index));
+}
+
+void Mp3InfoWriter::write(std::span<Zet8u> frame, const Mp3StreamFacts& facts) const {
+    std::ranges::fill(frame, Zet8u{0});
+    packMp3Header(format_, header_, frame.data());
+    putTag(frame, facts);
 }
 
 /** Where in 256ths of the stream a percentage of its time begins. */
-Zet8u Mp3InfoWriter::seekPoint(size_t percent, size_t streamBytes) const {
-    if (starts_.empty()) return 0;
-    const size_t tag = streamBytes - bytes_;
-    const size_t position = tag + starts_[percent * starts_.size() / kSeekPoints];
-    return static_cast<Zet8u>(std::min<size_t>(255, position * 256 / streamBytes));
+Zet8u Mp3InfoWriter::seekPoint(uint64_t percent, uint64_t streamBytes) const {
+    if (seekTable_.frames() == 0) return 0;
+    const uint64_t start = seekTable_.startOf(percent * seekTable_.frames() / kSeekPoints, bytes_);
+    return static_cast<Zet8u>(
+        std::min<uint64_t>(255, (streamBytes - bytes_ + start) * 256 / streamBytes));
 }
 
-void Mp3InfoWriter::putTag(std::span<Zet8u> frame, size_t samples, size_t decoded) const {
+void Mp3InfoWriter::putTag(std::span<Zet8u> frame, const Mp3StreamFacts& facts) const {
     constexpr uint64_t kHasAll = 15;  // frames, bytes, seek table, quality
-    constexpr int kConstantMethod = 1, kVariableMethod = 4;
-    const bool isVariable = quality_ >= 0;
-    const size_t streamBytes = frame.size() + bytes_;
-    const size_t delay = 481 + ZETAC_MP3_GRANULE_LEN - kDecoderDelay;
-    const size_t padding = decoded > samples + delay ? decoded - samples - delay : 0;
+    constexpr int kConstantMethod = 1, kAverageMethod = 2, kVariableMethod = 4;
+    const bool isVariable = facts.quality >= 0;
+    const bool isConstant = !isVariable && !facts.isAverage;
+    const uint64_t streamBytes = frame.size() + bytes_;
+    const uint64_t delay = 481 + ZETAC_MP3_GRANULE_LEN - kDecoderDelay;
+    const uint64_t behind = facts.samples + delay;
+    const uint64_t padding = facts.decoded > behind ? facts.decoded - behind : 0;
     Cursor tag(&frame[tagOffset_]);
-    tag.text(isVariable ? "Xing" : "Info", 4);
+    tag.text(isConstant ? "Info" : "Xing", 4);
     tag.put(kHasAll, 4);
-    tag.put(starts_.size(), 4);
-    tag.put(streamBytes, 4);
+    tag.put(limited32(seekTable_.frames()), 4);
+    tag.put(limited32(streamBytes), 4);
     for (size_t i = 0; i < kSeekPoints; ++i) tag.put(seekPoint(i, streamBytes), 1);
-    tag.put(isVariable ? static_cast<uint64_t>(100 - 10 * quality_) : 50, 4);
+    tag.put(isVariable ? static_cast<uint64_t>(100 - 10 * facts.quality) : 50, 4);
     tag.text(kEncoder, kEncoderBytes);
-    tag.put(isVariable ? kVariableMethod : kConstantMethod, 1);
-    tag.pass(1 + 4 + 2 + 2 + 1);  // lowpass, peak, gains, flags: unknown
-    tag.put(static_cast<uint64_t>(std::min(255, isVariable ? 32 : constantKilobits_)), 1);
+    tag.put(isVariable ? kVariableMethod : isConstant ? kConstantMethod : kAverageMethod, 1);
+    tag.put(static_cast<uint64_t>(facts.lowpass / 100), 1);
+    tag.pass(4 + 2 + 2 + 1);  // peak, gains, flags: unknown
+    tag.put(static_cast<uint64_t>(std::min(255, facts.kilobits)), 1);
     tag.put(delay << 12 | padding, 3);
     tag.pass(1 + 1 + 2);  // noise shaping, gain, preset: unknown
-    tag.put(streamBytes, 4);
+    tag.put(limited32(streamBytes), 4);
     tag.put(musicCrc_, 2);
     const auto before = static_cast<size_t>(tag.at() - frame.data());
     tag.put(crcOf(0, frame.first(before)), 2);

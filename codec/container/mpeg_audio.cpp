@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "base/bits.h"
+#include "base/crc.h"
 #include "container/tags.h"
 
 namespace zetac::codec {
@@ -59,10 +59,18 @@ size_t mp3SideInfoBytes(bool isMpeg1, bool isMono) {
 }
 
 uint16_t mp3Crc(Zet8u* frame, size_t sideInfoBytes) {
-    AdtsCrc crc;
+    Crc16 crc;
     crc.add({frame + 2, 0}, 16, 0);
     crc.add({frame + kHeaderBytes + 2, 0}, sideInfoBytes * 8, 0);
     return crc.value();
+}
+
+/** MPEG-2.5 has a 0 for the last bit of the syncword. */
+Zet8u* packMp3Header(const Mp3Format& format, const ZetMP3Header& header, Zet8u* at) {
+    Zet8u* end = at;
+    zetsPackFrameHeader_MP3(&header, &end);
+    if (format.version == 25) at[1] &= 0xEF;
+    return end;
 }
 
 // --- Headers ------------------------------------------------------------------------------------
@@ -207,7 +215,7 @@ bool Mp3Stream::next(Mp3Frame& frame) {
     frame.isContinuous = foreign_.bytes == 0;
     size_t length = head->length;
     if (!isFollowed(position_ + length, *head)) length = findCut(position_, *head);
-    frame.fault = length < head->length ? Mp3Fault::kCutShort : Mp3Fault::kNone;
+    frame.fault = length < head->length ? StreamFault::kCutShort : Fault::kNone;
     length = std::min(length, data_.size() - position_);
     frame.data = data_.subspan(position_, length);
     undamaged_ = position_ += length;

@@ -11,8 +11,8 @@
 #include <optional>
 #include <span>
 
+#include "base/fault.h"
 #include "container/info_tag.h"
-#include "mp3/fault.h"
 
 namespace zetac::codec {
 
@@ -37,9 +37,9 @@ struct Mp3Frame {
     size_t position = 0;          // of its first byte in the file
     size_t length = 0;            // as the header has it
     Mp3Format format;
-    int bitRate = 0;                   // bit/s, 0 in free format
-    bool isContinuous = false;         // nothing is missing between the frame before and this one
-    Mp3Fault fault = Mp3Fault::kNone;  // why the frame cannot be trusted already
+    int bitRate = 0;             // bit/s, 0 in free format
+    bool isContinuous = false;   // nothing is missing between the frame before and this one
+    Fault fault = Fault::kNone;  // why the frame cannot be trusted already
 };
 
 /** Yields the frames of a stream, with ID3, APE or foreign bytes in between. A frame is believed
@@ -112,5 +112,9 @@ int mp3BitRate(const Mp3Format& format, int index);
 
 /** Bytes of a frame without padding. */
 size_t mp3FrameBytes(const Mp3Format& format, int bitRate);
+
+/** Writes a frame's header, and its CRC word when it is protected.
+ *  @return behind it */
+Zet8u* packMp3Header(const Mp3Format& format, const ZetMP3Header& header, Zet8u* at);
 
 }  // namespace zetac::codec

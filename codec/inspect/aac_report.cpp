@@ -136,13 +136,13 @@ bool addBlock(AacSummary& summary, BlockParser& parser, SbrScan& sbr, const RawB
     summary.audioBytes += parser.bytesUsed();
     summary.isProtected = summary.isProtected || block.isProtected;
     if (failed(fault)) {
-        summary.damage.add(block.position, describe(fault));
+        summary.damage.add(block.position, fault.text);
         sbr.lose();
         return false;
     }
     if (summary.isDoubled) {
         const Fault sbrFault = sbr.add(parser);
-        if (failed(sbrFault)) summary.damage.add(block.position, describe(sbrFault));
+        if (failed(sbrFault)) summary.damage.add(block.position, sbrFault.text);
         if (sbr.hasParametricStereo()) summary.tools |= kParametricStereo;
     }
     const bool isMain = summary.format.profile == 0;
@@ -188,7 +188,7 @@ AacSummary summarise(std::span<const Zet8u> data) {
         summary.damage.foreignBytes += stream->skippedBytes();
         if (summary.blocks++ == 0) {
             summary.format = block.format;
-            summary.isParsed = !isRefusal(parser.open(block));
+            summary.isParsed = !parser.open(block).isRefusal;
         }
         bool isGood = true;
         if (summary.isParsed) {

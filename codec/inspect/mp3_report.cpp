@@ -13,11 +13,12 @@
 namespace zetac::tool {
 namespace {
 
-using codec::Mp3Fault;
+using codec::Fault;
 using codec::Mp3Format;
 using codec::Mp3Frame;
 using codec::Mp3FrameReader;
 using codec::Mp3InfoTag;
+using codec::StreamFault;
 
 /** Coding tools, as bits of a set. */
 enum CodingTool : unsigned {
@@ -76,17 +77,17 @@ unsigned toolsOf(const Mp3FrameReader& reader) {
 void addLayer3(Mp3Summary& summary, Mp3FrameReader& reader, const Mp3Frame& frame) {
     if (frame.format != summary.format) {
         reader.forgetMainData();
-        summary.damage.add(frame.position, describe(Mp3Fault::kFormatChanged));
+        summary.damage.add(frame.position, StreamFault::kFormatChanged.text);
         return;
     }
-    Mp3Fault fault = reader.begin(frame);
+    Fault fault = reader.begin(frame);
     summary.modes |= 1u << reader.header().mode;
     summary.isProtected = summary.isProtected || reader.header().protection_bit == 0;
     if (!failed(fault)) summary.tools |= toolsOf(reader);
     for (int granule = 0; granule < reader.granules() && !failed(fault); ++granule) {
         fault = reader.readGranule(granule);
     }
-    if (failed(fault)) summary.damage.add(frame.position, describe(fault));
+    if (failed(fault)) summary.damage.add(frame.position, fault.text);
 }
 
 Mp3Summary summarise(std::span<const Zet8u> data) {

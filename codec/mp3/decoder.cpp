@@ -10,19 +10,19 @@ constexpr int kSlots = ZETAC_MP3_GRANULE_LEN / kSubbands;
 
 }  // namespace
 
-Mp3Fault Mp3Decoder::open(const Mp3Format& format) {
+Fault Mp3Decoder::open(const Mp3Format& format) {
     isOpen_ = true;
     format_ = format;
     if (format.layer == 1) return Mp3Fault::kUnsupportedLayer1;
     if (format.layer == 2) return Mp3Fault::kUnsupportedLayer2;
-    return format.version == 25 ? Mp3Fault::kUnsupportedVersion25 : Mp3Fault::kNone;
+    return format.version == 25 ? Mp3Fault::kUnsupportedVersion25 : Fault::kNone;
 }
 
 /** A frame of another format is as silent as a damaged one, and as long as the others. */
 Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
     if (!isOpen_) refusal_ = open(frame.format);
     if (failed(refusal_)) return {refusal_, 0, 0};
-    Mp3Fault fault = Mp3Fault::kFormatChanged;
+    Fault fault = StreamFault::kFormatChanged;
     if (frame.format == format_) {
         fault = reader_.begin(frame);
     } else {
@@ -42,12 +42,12 @@ Mp3DecodedFrame Mp3Decoder::decode(const Mp3Frame& frame, Zet16s* pcm) {
     return {fault, channels, samples};
 }
 
-Mp3Fault Mp3Decoder::decodeSpectrum(int granule) {
-    if (const Mp3Fault fault = reader_.readGranule(granule); failed(fault)) return fault;
+Fault Mp3Decoder::decodeSpectrum(int granule) {
+    if (const Fault fault = reader_.readGranule(granule); failed(fault)) return fault;
     Mp3GranuleData& data = reader_.data();
-    return faultOfMp3(zetsReQuantize_MP3_32s_I(data.lines[0], data.nonZeroBound,
-                                               data.scaleFactor[0], &reader_.sideInfo(granule, 0),
-                                               &reader_.header(), work_));
+    return faultOf(zetsReQuantize_MP3_32s_I(data.lines[0], data.nonZeroBound, data.scaleFactor[0],
+                                            &reader_.sideInfo(granule, 0), &reader_.header(),
+                                            work_));
 }
 
 /** From the spectrum of one channel to its samples. A bound of 0 lets the overlap fade out. */

@@ -28,7 +28,7 @@ inline constexpr size_t kMp3PcmValuesMax = size_t{2} * 2 * ZETAC_MP3_GRANULE_LEN
 
 /** What became of one frame. */
 struct Mp3DecodedFrame {
-    Mp3Fault fault = Mp3Fault::kNone;
+    Fault fault = Fault::kNone;
     int channels = 0;  // 1 or 2, and they may change; 0: a refused stream
     int samples = 0;   // per channel; 0 after a second of nothing but damage
 };
@@ -57,12 +57,12 @@ class Mp3Decoder {
         int transformedSubbands = 0;
     };
 
-    Mp3Fault open(const Mp3Format& format);
-    Mp3Fault decodeSpectrum(int granule);
+    Fault open(const Mp3Format& format);
+    Fault decodeSpectrum(int granule);
     void synthesise(int granule, bool isConcealed, int channel, Zet16s* pcm);
 
     bool isOpen_ = false;
-    Mp3Fault refusal_ = Mp3Fault::kNone;
+    Fault refusal_ = Fault::kNone;
     Mp3Format format_;
     ConcealmentLimit concealment_;
     Mp3FrameReader reader_;

@@ -3,7 +3,8 @@
 #include "mp3/encoder.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "base/portable_math.h"
 
 namespace zetac::codec {
 namespace {
@@ -19,9 +20,9 @@ constexpr int kModeStereo = 0;
 constexpr int kModeJoint = 1;
 constexpr int kModeMono = 3;
 
-int bitRateIndex(const Mp3Format& format, int kilobits) {
+int bitRateIndex(const Mp3Format& format, int bitRate) {
     for (int i = 1; i <= kHighestBitRate; ++i)
-        if (mp3BitRate(format, i) == 1000 * kilobits) return i;
+        if (mp3BitRate(format, i) == bitRate) return i;
     return -1;
 }
 
@@ -37,10 +38,23 @@ int modeOf(const Mp3EncoderSettings& settings) {
 }
 
 /** What the masking thresholds are multiplied by. */
-double thresholdScale(int quality) {
+double thresholdScale(float quality) {
     constexpr double kDecibelsAtBest = -10.5;
     constexpr double kDecibelsPerStep = 2;
-    return std::pow(10.0, (kDecibelsAtBest + kDecibelsPerStep * quality) / 10);
+    return powerOfDecibels(kDecibelsAtBest + kDecibelsPerStep * static_cast<double>(quality));
+}
+
+ZetMP3Header headerFor(const Mp3EncoderSettings& settings, const Mp3Format& format) {
+    ZetMP3Header header{};
+    header.ID = 1;
+    header.layer = 1;
+    header.protection_bit = !settings.hasCrc;
+    header.bitrate_index =
+        settings.quality >= 0 ? kVariable : bitRateIndex(format, settings.bitRate);
+    header.sampling_frequency = format.samplingFrequency;
+    header.mode = modeOf(settings);
+    header.original_copy = 1;
+    return header;
 }
 
 }  // namespace
@@ -55,66 +69,96 @@ bool Mp3Encoder::isValid(const Mp3EncoderSettings& settings) {
 Mp3Encoder::Mp3Encoder(const Mp3EncoderSettings& settings)
     : settings_(settings),
       format_(formatFor(settings.sampleRate)),
-      window_(kHistory * static_cast<size_t>(settings.channels)),
-      info_(format_, modeOf(settings), settings.quality,
-            settings.quality >= 0 ? 0 : bitRateIndex(format_, settings.bitRate)) {
-    const bool isVariable = settings.quality >= 0;
-    header_.ID = 1;
-    header_.layer = 1;
-    header_.protection_bit = !settings.hasCrc;
-    header_.bitrate_index = isVariable ? kVariable : bitRateIndex(format_, settings.bitRate);
-    header_.sampling_frequency = format_.samplingFrequency;
-    header_.mode = modeOf(settings);
-    header_.original_copy = 1;
-    if (!isVariable) zetsBitReservoirInit_MP3(&reservoir_, &header_);
+      header_(headerFor(settings, format_)),
+      info_(format_, header_) {
+    if (isVariable()) {
+        thresholdScale_ = thresholdScale(settings.quality);
+    } else {
+        zetsBitReservoirInit_MP3(&reservoir_, &header_);
+    }
 }
 
-ZetStatus Mp3Encoder::encode(const Zet16s* pcm, size_t samples, std::vector<Zet8u>& out) {
+// --- Samples in, frames out ---------------------------------------------------------------------
+
+std::span<Zet16s> Mp3Encoder::room() {
+    if (isFinished_) return {};
+    return std::span(window_)
+        .first(kWindowSamples * channels())
+        .subspan(windowFilled_ * channels());
+}
+
+void Mp3Encoder::filled(size_t samples) {
     samples_ += samples;
-    const auto channels = static_cast<size_t>(settings_.channels);
-    while (samples > 0) {
-        const size_t taken = std::min(samples, kWindowSamples - window_.size() / channels);
-        window_.insert(window_.end(), pcm, pcm + taken * channels);
-        pcm += taken * channels;
-        samples -= taken;
-        if (window_.size() < kWindowSamples * channels) break;
-        const ZetStatus status = encodeFrame(out);
-        if (status < 0) return status;
-        window_.erase(window_.begin(),
-                      window_.begin() + static_cast<ptrdiff_t>(kFrameSamples * channels));
+    windowFilled_ += samples;
+}
+
+Mp3Encoder::Next Mp3Encoder::next(std::span<const Zet8u>& frame) {
+    for (;;) {
+        frame = writer_.take();
+        if (!frame.empty()) {
+            info_.add(frame);
+            return Next::kFrame;
+        }
+        if (isFinished_) {
+            if (hasSoundLeft()) {
+                padWithSilence();
+            } else if (frames() < coded_) {
+                writer_.finish();
+                continue;
+            } else {
+                return Next::kEnd;
+            }
+        }
+        if (windowFilled_ < kWindowSamples) return Next::kNeedsInput;
+        if (encodeFrame() < 0) return Next::kFailed;
     }
-    return zetStsOk;
 }
 
-ZetStatus Mp3Encoder::finish(std::vector<Zet8u>& out) {
-    const size_t samples = samples_;
-    const std::vector<Zet16s> silence(kFrameSamples * static_cast<size_t>(settings_.channels));
-    while (frames_ * kFrameSamples < samples + kDelay) {
-        const ZetStatus status = encode(silence.data(), kFrameSamples, out);
-        if (status < 0) return status;
-    }
-    samples_ = samples;
-    const size_t before = out.size();
-    writer_.finish(out);
-    info_.addBytes({out.begin() + static_cast<ptrdiff_t>(before), out.end()});
-    return zetStsOk;
+/** Whether the frames so far do not give back the last sample. */
+bool Mp3Encoder::hasSoundLeft() const {
+    return coded_ * kFrameSamples < samples_ + kDelay;
 }
 
-std::vector<Zet8u> Mp3Encoder::infoFrame() const {
-    return info_.frame(samples_, frames_ * kFrameSamples);
+void Mp3Encoder::padWithSilence() {
+    std::fill(&window_[windowFilled_ * channels()], &window_[kWindowSamples * channels()],
+              Zet16s{0});
+    windowFilled_ = kWindowSamples;
 }
 
-ZetStatus Mp3Encoder::encodeFrame(std::vector<Zet8u>& out) {
-    if (settings_.quality >= 0) header_.bitrate_index = kVariable;  // for the model as well
+int Mp3Encoder::bitRate() const {
+    if (!isVariable() || frames() == 0) return isVariable() ? 0 : settings_.bitRate;
+    const uint64_t samples = frames() * kFrameSamples;
+    return static_cast<int>(8 * bytes() * static_cast<uint64_t>(settings_.sampleRate) / samples);
+}
+
+uint64_t Mp3Encoder::padding() const {
+    const uint64_t decoded = frames() * kFrameSamples;
+    return decoded > samples_ + kDelay ? decoded - samples_ - kDelay : 0;
+}
+
+void Mp3Encoder::writeInfoFrame(std::span<Zet8u> frame) const {
+    info_.write(frame,
+                {.quality = settings_.quality,
+                 .kilobits = (isVariable() ? mp3BitRate(format_, 1) : settings_.bitRate) / 1000,
+                 .samples = samples_,
+                 .decoded = frames() * kFrameSamples});
+}
+
+// --- One frame ----------------------------------------------------------------------------------
+
+ZetStatus Mp3Encoder::encodeFrame() {
+    if (isVariable()) header_.bitrate_index = kVariable;  // for the model as well
     size_t frameBytes = 0;
     int mainDataBegin = 0;
-    ZetStatus status = frames_ == 0 ? primeModel() : zetStsOk;
-    if (status >= 0)
-        status = runModel(&window_[kModelStart * static_cast<size_t>(settings_.channels)]);
+    ZetStatus status = coded_ == 0 ? primeModel() : zetStsOk;
+    if (status >= 0) status = runModel(&window_[kModelStart * channels()]);
     if (status >= 0) status = transform();
     if (status >= 0) status = quantise(frameBytes, mainDataBegin);
-    if (status >= 0) status = pack(frameBytes, mainDataBegin, out);
-    ++frames_;
+    if (status >= 0) status = pack(frameBytes, mainDataBegin);
+    ++coded_;
+    std::copy(&window_[kFrameSamples * channels()], &window_[kWindowSamples * channels()],
+              window_.begin());
+    windowFilled_ -= kFrameSamples;
     return status;
 }
 
@@ -124,35 +168,33 @@ ZetStatus Mp3Encoder::runModel(const Zet16s* pcm) {
         zetsPsychoacousticModelTwo_MP3_16s(pcm, frame_.psy, frame_.intensityBound, frame_.sideInfo,
                                            &header_, &psyState_, nullptr, psyBuffer_);
     if (header_.mode != kModeJoint) header_.mode_extension = 0;
-    if (settings_.quality >= 0) scaleThresholds();
+    if (isVariable()) scaleThresholds();
     return status;
 }
 
 /** The model delivers a granule one call late, so it sees the frame before the first one. */
 ZetStatus Mp3Encoder::primeModel() {
-    const auto channels = static_cast<size_t>(settings_.channels);
-    const size_t known = (kModelStart + kModelSamples - kFrameSamples) * channels;
-    std::vector<Zet16s> pcm(kModelSamples * channels);
-    std::copy_n(window_.begin(), known, pcm.end() - static_cast<ptrdiff_t>(known));
+    constexpr size_t kKnown = kModelStart + kModelSamples - kFrameSamples;
+    std::array<Zet16s, 2 * kModelSamples> pcm{};
+    std::copy_n(window_.begin(), kKnown * channels(), &pcm[(kModelSamples - kKnown) * channels()]);
     return runModel(pcm.data());
 }
 
 /** A ratio of 0x7FFFFFFF says that the band has no energy. */
 void Mp3Encoder::scaleThresholds() {
     constexpr Zet32s kNoEnergy = 0x7FFFFFFF;
-    const double scale = thresholdScale(settings_.quality);
     for (ZetMP3PsyOutput& output : frame_.psy)
         for (Zet32s& ratio : output.ratio)
             if (ratio != kNoEnergy)
-                ratio = static_cast<Zet32s>(std::min<double>(kNoEnergy - 1, ratio * scale));
+                ratio =
+                    static_cast<Zet32s>(std::min<double>(kNoEnergy - 1, ratio * thresholdScale_));
 }
 
 /** PCM to lines, and joint stereo. */
 ZetStatus Mp3Encoder::transform() {
-    const auto channels = static_cast<size_t>(settings_.channels);
     for (int granule = 0; granule < kGranules; ++granule) {
         const Zet16s* pcm =
-            &window_[static_cast<size_t>(granule) * ZETAC_MP3_GRANULE_LEN * channels];
+            &window_[static_cast<size_t>(granule) * ZETAC_MP3_GRANULE_LEN * channels()];
         for (int channel = 0; channel < settings_.channels; ++channel) {
             const int i = index(granule, channel);
             ZetStatus status =
@@ -194,16 +236,15 @@ size_t Mp3Encoder::paddedFrameBytes() {
 }
 
 ZetStatus Mp3Encoder::quantise(size_t& frameBytes, int& mainDataBegin) {
-    const bool isVariable = settings_.quality >= 0;
     mainDataBegin = reservoir_.held / 8;
-    frameBytes = isVariable ? mp3FrameBytes(format_, mp3BitRate(format_, kHighestBitRate))
-                            : paddedFrameBytes();
+    frameBytes = isVariable() ? mp3FrameBytes(format_, mp3BitRate(format_, kHighestBitRate))
+                              : paddedFrameBytes();
     const int mainBits = mainDataBits(frameBytes);
     const ZetStatus status = zetsQuantize_MP3_32s_I(
         frame_.lines[0], frame_.scaleFactor[0], frame_.scfsi, frame_.count1Len, frame_.hufSize,
         &header_, frame_.sideInfo, frame_.psy, frame_.intensityBound, &reservoir_, mainBits,
         quantiseBuffer_);
-    if (status >= 0 && isVariable) {
+    if (status >= 0 && isVariable()) {
         int bits = 0;
         for (int i = 0; i < kGranules * settings_.channels; ++i)
             bits += frame_.sideInfo[i].part2_3_length;
@@ -227,42 +268,39 @@ size_t Mp3Encoder::chooseBitRate(int bits) {
     return bytes;
 }
 
-ZetStatus Mp3Encoder::pack(size_t frameBytes, int mainDataBegin, std::vector<Zet8u>& out) {
-    std::vector<Zet8u> mainData(kMainDataBytesMax);
-    ZetStatus status = packMainData(mainData);
+ZetStatus Mp3Encoder::pack(size_t frameBytes, int mainDataBegin) {
+    Zet8u mainData[kMainDataBytesMax];
+    size_t mainDataBytes = 0;
+    ZetStatus status = packMainData(mainData, mainDataBytes);
     if (status < 0) return status;
     Zet8u front[kFrontBytesMax];
     status = packFront(mainDataBegin, front);
     if (status < 0) return status;
-    const size_t before = out.size();
-    writer_.add({front, frontBytes()}, frameBytes, static_cast<size_t>(mainDataBegin), mainData,
-                out);
-    info_.addFrame(frameBytes);
-    info_.addBytes({out.begin() + static_cast<ptrdiff_t>(before), out.end()});
+    writer_.add({front, frontBytes()}, frameBytes, static_cast<size_t>(mainDataBegin),
+                {mainData, mainDataBytes});
     return zetStsOk;
 }
 
 /** The error check covers the side information, so the header is packed once more with it. */
 ZetStatus Mp3Encoder::packFront(int mainDataBegin, Zet8u* front) {
-    Zet8u* cursor = front;
-    zetsPackFrameHeader_MP3(&header_, &cursor);
+    Zet8u* cursor = packMp3Header(format_, header_, front);
     const ZetStatus status =
         zetsPackSideInfo_MP3(frame_.sideInfo, &cursor, mainDataBegin, 0, frame_.scfsi, &header_);
     if (status < 0 || !settings_.hasCrc) return status;
     header_.crc_check = mp3Crc(front, mp3SideInfoBytes(true, settings_.channels == 1));
-    cursor = front;
-    return zetsPackFrameHeader_MP3(&header_, &cursor);
+    packMp3Header(format_, header_, front);
+    return zetStsOk;
 }
 
 /** Bits that the quantiser would stuff are left behind the main data instead, as ancillary data:
  *  some decoders take a stuffing that ends within a quadruple of table B for an error. */
-ZetStatus Mp3Encoder::packMainData(std::vector<Zet8u>& mainData) {
-    Zet8u* cursor = mainData.data();
+ZetStatus Mp3Encoder::packMainData(Zet8u* mainData, size_t& bytes) {
+    Zet8u* cursor = mainData;
     int offset = 0;
     for (int granule = 0; granule < kGranules; ++granule) {
         for (int channel = 0; channel < settings_.channels; ++channel) {
             const int i = index(granule, channel);
-            const ptrdiff_t start = 8 * (cursor - mainData.data()) + offset;
+            const ptrdiff_t start = 8 * (cursor - mainData) + offset;
             ZetStatus status = zetsPackScaleFactors_MP3_8s1u(
                 frame_.scaleFactor[i], &cursor, &offset, &header_, &frame_.sideInfo[i],
                 &frame_.scfsi[4 * channel], granule, channel);
@@ -271,10 +309,10 @@ ZetStatus Mp3Encoder::packMainData(std::vector<Zet8u>& mainData) {
                                                      &frame_.sideInfo[i], frame_.count1Len[i], 0);
             if (status < 0) return status;
             frame_.sideInfo[i].part2_3_length =
-                static_cast<Zet32s>(8 * (cursor - mainData.data()) + offset - start);
+                static_cast<Zet32s>(8 * (cursor - mainData) + offset - start);
         }
     }
-    mainData.resize(static_cast<size_t>(cursor - mainData.data()) + (offset > 0));
+    bytes = static_cast<size_t>(cursor - mainData) + (offset > 0);
     return zetStsOk;
 }
 

@@ -1,11 +1,11 @@
-// A Layer III encoder assembled from the functions of the library: a model to copy.
+// A Layer III encoder assembled from the functions of the library.
 //
-//     Mp3Encoder encoder({.sampleRate = 44100, .channels = 2, .bitRate = 128});
-//     std::vector<Zet8u> stream = encoder.infoFrame();  // to be written once more at the end
-//     while (const size_t samples = read(pcm)) encoder.encode(pcm, samples, stream);
-//     encoder.finish(stream);
-//     const std::vector<Zet8u> info = encoder.infoFrame();
-//     std::copy(info.begin(), info.end(), stream.begin());
+//     Mp3Encoder encoder({.sampleRate = 44100, .channels = 2, .bitRate = 128000});
+//     for (;;) {
+//         while (encoder.next(frame) == Mp3Encoder::Next::kFrame) put(frame);
+//         const std::span<Zet16s> room = encoder.room();
+//         encoder.filled(read(room));  // or finish(), and a last round
+//     }
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
@@ -13,8 +13,10 @@
 
 #include <zetac.h>
 
+#include <array>
 #include <cstddef>
-#include <vector>
+#include <cstdint>
+#include <span>
 
 #include "container/info_tag_writer.h"
 #include "container/mpeg_audio.h"
@@ -26,13 +28,12 @@ struct Mp3EncoderSettings {
     int sampleRate = 44100;  // 44100, 48000 or 32000
     int channels = 2;        // 1 or 2
     bool isJoint = true;     // M/S and intensity stereo where they help; two channels only
-    int bitRate = 128;  // kbit/s: 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320
-    int quality = -1;   // 0 (best) .. 9: variable bit rate, whatever bitRate is; -1: constant
+    int bitRate = 128000;    // bit/s: one that frames can have
+    float quality = -1;      // 0 (best) .. 9: variable bit rate, whatever bitRate is; -1: constant
     bool hasCrc = false;
 };
 
-/** Encodes one stream. The samples of a frame are delayed by kDelay and looked at kLookAhead before
- *  their time. */
+/** Encodes one stream. It allocates nothing, so it is large: not for the stack. */
 class Mp3Encoder {
   public:
     /** Samples in front of the first one when all frames are decoded: 481 of the filter banks and a
@@ -45,16 +46,32 @@ class Mp3Encoder {
 
     explicit Mp3Encoder(const Mp3EncoderSettings& settings);
 
-    /** Takes samples, interleaved, and appends the frames that are complete. */
-    ZetStatus encode(const Zet16s* pcm, size_t samples, std::vector<Zet8u>& out);
-    /** Appends the rest: frames until the last sample comes out of a decoder. */
-    ZetStatus finish(std::vector<Zet8u>& out);
+    /** Where the next samples go, interleaved. Empty while next() has work to do. */
+    std::span<Zet16s> room();
+    /** @param samples  per channel, that were put there */
+    void filled(size_t samples);
+    /** No further samples will come: next() gives frames until the last one comes out of a decoder.
+     */
+    void finish() { isFinished_ = true; }
+    bool isFinished() const { return isFinished_; }
 
-    /** The first frame of the stream, which has no sound: it tells players how long the sound is,
-     *  what to cut off, and where to seek. Always of the same size; right at the end. */
-    std::vector<Zet8u> infoFrame() const;
+    enum class Next { kFrame, kNeedsInput, kEnd, kFailed };
+    /** Gives a frame of the stream.
+     *  @param frame  out: lives until the next call */
+    Next next(std::span<const Zet8u>& frame);
 
-    size_t frames() const { return frames_; }
+    uint64_t samples() const { return samples_; }
+    /** Given out. */
+    uint64_t frames() const { return info_.frames(); }
+    uint64_t bytes() const { return info_.bytes(); }
+    /** That frames have or, where they differ, have had in the mean. */
+    int bitRate() const;
+    uint64_t padding() const;
+
+    /** The frame to be put first, which has no sound: it tells players how long the sound is, what
+     *  to cut off, and where to seek. Always of the same size; right at the end. */
+    size_t infoFrameBytes() const { return info_.frameBytes(); }
+    void writeInfoFrame(std::span<Zet8u> frame) const;
 
   private:
     // PCM around a frame, in time steps from its first new sample: the analysis window goes back
@@ -77,31 +94,38 @@ class Mp3Encoder {
         int hufSize[4] = {};
     };
 
-    ZetStatus encodeFrame(std::vector<Zet8u>& out);
+    bool hasSoundLeft() const;
+    void padWithSilence();
+    ZetStatus encodeFrame();
     ZetStatus runModel(const Zet16s* pcm);
     ZetStatus primeModel();
     ZetStatus transform();
     ZetStatus quantise(size_t& frameBytes, int& mainDataBegin);
     size_t chooseBitRate(int bits);
-    ZetStatus pack(size_t frameBytes, int mainDataBegin, std::vector<Zet8u>& out);
+    ZetStatus pack(size_t frameBytes, int mainDataBegin);
     ZetStatus packFront(int mainDataBegin, Zet8u* front);
-    ZetStatus packMainData(std::vector<Zet8u>& mainData);
+    ZetStatus packMainData(Zet8u* mainData, size_t& bytes);
     void scaleThresholds();
+    bool isVariable() const { return settings_.quality >= 0; }
     size_t frontBytes() const;
     int mainDataBits(size_t frameBytes) const;
     size_t paddedFrameBytes();
+    size_t channels() const { return static_cast<size_t>(settings_.channels); }
     int index(int granule, int channel) const { return granule * settings_.channels + channel; }
 
     Mp3EncoderSettings settings_;
     Mp3Format format_;
-    ZetMP3Header header_{};
+    ZetMP3Header header_;
+    double thresholdScale_ = 1;
     ZetMP3BitReservoir reservoir_{};
     ZetMP3PsyState psyState_{};
     Zet32s overlap_[2][ZETAC_MP3_GRANULE_LEN] = {};
     FrameData frame_{};
-    std::vector<Zet16s> window_;
-    size_t frames_ = 0;
-    size_t samples_ = 0;
+    std::array<Zet16s, 2 * kWindowSamples> window_{};
+    size_t windowFilled_ = kHistory;  // samples per channel
+    bool isFinished_ = false;
+    uint64_t coded_ = 0;  // frames
+    uint64_t samples_ = 0;
     size_t paddingRest_ = 0;  // of the fraction of a byte that frames have, in 1 / sampleRate
     Mp3FrameWriter writer_;
     Mp3InfoWriter info_;

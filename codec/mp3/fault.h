@@ -1,40 +1,28 @@
-// Why a frame of an MPEG audio stream could not be decoded, and the words for it.
+// What may be wrong with frames of MPEG audio.
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
 #pragma once
 
-#include <zetac.h>
-
-#include <string>
+#include "base/fault.h"
 
 namespace zetac::codec {
 
-/** Negative values are the library's ZetStatus, positive ones findings of this assembly. */
-enum class Mp3Fault : int {
-    kNone = 0,
-    kTruncated = 1,         // the data end inside the frame
-    kCutShort,              // the next frame begins inside this one
-    kCrcMismatch,           // the error check over header and side information fails
-    kMissingMainData,       // the main data reach back to what is not there
-    kMainDataOverrun,       // the granules are longer than the main data
-    kScaleFactorsOverrun,   // the scale factors are longer than their granule
-    kFormatChanged,         // the header announces another version, layer or sampling rate
-    kUnsupportedLayer1,     //
-    kUnsupportedLayer2,     //
-    kUnsupportedVersion25,  // sampling rates below 16 kHz, which no ISO standard has
+struct Mp3Fault {
+    static constexpr Fault kMissingMainData{Fault::Domain::kMp3, 1,
+                                            "the frame needs data from before what is here"};
+    static constexpr Fault kMainDataOverrun{Fault::Domain::kMp3, 2,
+                                            "the granules are longer than the main data"};
+    static constexpr Fault kScaleFactorsOverrun{Fault::Domain::kMp3, 3,
+                                                "the scale factors are longer than their granule"};
+    static constexpr Fault kUnsupportedLayer1{
+        Fault::Domain::kMp3, 4, "is MPEG audio Layer I, which is not supported; Layer III is",
+        true};
+    static constexpr Fault kUnsupportedLayer2{
+        Fault::Domain::kMp3, 5, "is MPEG audio Layer II, which is not supported; Layer III is",
+        true};
+    static constexpr Fault kUnsupportedVersion25{
+        Fault::Domain::kMp3, 6, "is MPEG-2.5, which is not supported; MPEG-1 and MPEG-2 are", true};
 };
-
-inline bool failed(Mp3Fault fault) {
-    return fault != Mp3Fault::kNone;
-}
-
-/** True for what no later frame of the same stream can mend. */
-inline bool isRefusal(Mp3Fault fault) {
-    return fault >= Mp3Fault::kUnsupportedLayer1;
-}
-
-/** One line without a full stop, such as "the data end inside the frame". */
-std::string describe(Mp3Fault fault);
 
 }  // namespace zetac::codec

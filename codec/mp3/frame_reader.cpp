@@ -16,7 +16,7 @@ constexpr int kModeJointStereo = 1;
 }  // namespace
 
 /** Works on a copy, because the readers look a little ahead and the frame may be the last. */
-Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
+Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     if (!frame.isContinuous) forgetMainData();
     Zet8u front[kFrontBytesMax + ZETAC_BIT_STREAM_SLACK] = {};
     std::memcpy(front, frame.data.data(), std::min(frame.data.size(), kFrontBytesMax));
@@ -29,7 +29,7 @@ Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     const size_t frontBytes = static_cast<size_t>(cursor - front) + sideInfoBytes;
     if (failed(frame.fault) || frame.data.size() < frontBytes) {
         forgetMainData();
-        return failed(frame.fault) ? frame.fault : Mp3Fault::kTruncated;
+        return failed(frame.fault) ? frame.fault : StreamFault::kTruncated;
     }
     // The main data join the reservoir whether or not the frame can be decoded: its header was good
     // enough to find the next frame.
@@ -38,20 +38,20 @@ Mp3Fault Mp3FrameReader::begin(const Mp3Frame& frame) {
     append(frame.data.subspan(frontBytes));
     isComplete_ = frame.data.size() == frame.length;
     if (header_.protection_bit == 0 && mp3Crc(front, sideInfoBytes) != header_.crc_check) {
-        return Mp3Fault::kCrcMismatch;
+        return StreamFault::kCrcMismatch;
     }
     return readSideInfo(cursor, reservoir);
 }
 
-Mp3Fault Mp3FrameReader::readSideInfo(Zet8u* cursor, size_t reservoir) {
+Fault Mp3FrameReader::readSideInfo(Zet8u* cursor, size_t reservoir) {
     int privateBits = 0;
     const ZetStatus status =
         zetsUnpackSideInfo_MP3(&cursor, sideInfo_, &mainDataBegin_, &privateBits, scfsi_, &header_);
-    if (status < 0) return faultOfMp3(status);
+    if (status < 0) return faultOf(status);
     const auto back = static_cast<size_t>(mainDataBegin_);
     if (back > reservoir) return Mp3Fault::kMissingMainData;
     nextBit_ = (reservoir - back) * 8;
-    return Mp3Fault::kNone;
+    return Fault::kNone;
 }
 
 void Mp3FrameReader::keepReservoir() {
@@ -72,34 +72,34 @@ bool Mp3FrameReader::sharesScaleFactors() const {
     return std::any_of(scfsi_, scfsi_ + 4 * channels(), [](int flag) { return flag != 0; });
 }
 
-Mp3Fault Mp3FrameReader::readGranule(int granule) {
+Fault Mp3FrameReader::readGranule(int granule) {
     for (int channel = 0; channel < channels(); ++channel) {
-        const Mp3Fault fault = readChannel(granule, channel);
+        const Fault fault = readChannel(granule, channel);
         if (failed(fault)) return fault;
     }
-    return Mp3Fault::kNone;
+    return Fault::kNone;
 }
 
-Mp3Fault Mp3FrameReader::readChannel(int granule, int channel) {
+Fault Mp3FrameReader::readChannel(int granule, int channel) {
     ZetMP3GranuleSideInfo& info = sideInfo(granule, channel);
     const size_t start = nextBit_;
     const size_t end = start + static_cast<size_t>(info.part2_3_length);
     if (end > mainDataBytes_ * 8) {
-        return isComplete_ ? Mp3Fault::kMainDataOverrun : Mp3Fault::kTruncated;
+        return isComplete_ ? Mp3Fault::kMainDataOverrun : StreamFault::kTruncated;
     }
     Zet8u* byte = mainData_ + start / 8;
     int bit = static_cast<int>(start % 8);
     ZetStatus status =
         zetsUnpackScaleFactors_MP3_1u8s(&byte, &bit, data_.scaleFactor[channel], &info,
                                         &scfsi_[4 * channel], &header_, granule, channel);
-    if (status < 0) return faultOfMp3(status);
+    if (status < 0) return faultOf(status);
     const size_t position = static_cast<size_t>(byte - mainData_) * 8 + static_cast<size_t>(bit);
     if (position > end) return Mp3Fault::kScaleFactorsOverrun;
     status =
         zetsHuffmanDecode_MP3_1u32s(&byte, &bit, data_.lines[channel], &data_.nonZeroBound[channel],
                                     &info, &header_, static_cast<int>(end - position));
     nextBit_ = end;
-    return faultOfMp3(status);
+    return faultOf(status);
 }
 
 }  // namespace zetac::codec

@@ -7,6 +7,7 @@
 #include <zetac.h>
 
 #include "container/mpeg_audio.h"
+#include "mp3/fault.h"
 
 namespace zetac::codec {
 
@@ -22,9 +23,9 @@ struct Mp3GranuleData {
 class Mp3FrameReader {
   public:
     /** Header, error check, side information; on a fault the granules cannot be read. */
-    Mp3Fault begin(const Mp3Frame& frame);
+    Fault begin(const Mp3Frame& frame);
     /** Scale factors and Huffman data of all channels. */
-    Mp3Fault readGranule(int granule);
+    Fault readGranule(int granule);
     /** The next frame does not continue the last one. */
     void forgetMainData() { mainDataBytes_ = 0; }
 
@@ -49,10 +50,10 @@ class Mp3FrameReader {
     static constexpr size_t kReservoirBytes = 511;  // main_data_begin has 9 bits
     static constexpr size_t kSlackBytes = 64;       // scale factors that overrun, and read-ahead
 
-    Mp3Fault readSideInfo(Zet8u* cursor, size_t reservoir);
+    Fault readSideInfo(Zet8u* cursor, size_t reservoir);
     void keepReservoir();
     void append(std::span<const Zet8u> bytes);
-    Mp3Fault readChannel(int granule, int channel);
+    Fault readChannel(int granule, int channel);
 
     ZetMP3Header header_{};
     ZetMP3GranuleSideInfo sideInfo_[4]{};
@@ -65,10 +66,5 @@ class Mp3FrameReader {
     Zet8u mainData_[kReservoirBytes + kMp3FrameBytesMax + kSlackBytes] = {};
     size_t mainDataBytes_ = 0;
 };
-
-/** A library status as a fault; warnings are no faults. */
-inline Mp3Fault faultOfMp3(ZetStatus status) {
-    return status < 0 ? static_cast<Mp3Fault>(status) : Mp3Fault::kNone;
-}
 
 }  // namespace zetac::codec

@@ -7,47 +7,54 @@
 namespace zetac::codec {
 
 void Mp3FrameWriter::add(std::span<const Zet8u> front, size_t frameBytes, size_t mainDataBegin,
-                         std::span<const Zet8u> mainData, std::vector<Zet8u>& out) {
+                         std::span<const Zet8u> mainData) {
     fill(nullptr, free_ - std::min(mainDataBegin, free_));
-    bytes_.insert(bytes_.end(), front.begin(), front.end());
-    const size_t begin = bytes_.size();
-    bytes_.resize(begin + frameBytes - front.size());
-    areas_.push_back({begin, bytes_.size()});
-    free_ += bytes_.size() - begin;
+    discardTaken();
+    const size_t begin = count_ > 0 ? frames_[count_ - 1].end : 0;
+    const Frame frame = {begin, begin + front.size(), begin + frameBytes};
+    std::ranges::copy(front, &bytes_[begin]);
+    std::fill(&bytes_[frame.room], bytes_.data() + frame.end, Zet8u{0});
+    frames_[count_++] = frame;
+    free_ += frame.end - frame.room;
     fill(mainData.data(), std::min(mainData.size(), free_));
+}
 
-    const size_t done = areas_.empty() ? bytes_.size() : areas_.front().begin;
-    const auto end = bytes_.begin() + static_cast<ptrdiff_t>(done);
-    out.insert(out.end(), bytes_.begin(), end);
-    bytes_.erase(bytes_.begin(), end);
-    for (Area& area : areas_) {
-        area.begin -= done;
-        area.end -= done;
+/** The frames that are left begin at offset 0. */
+void Mp3FrameWriter::discardTaken() {
+    if (taken_ == 0) return;
+    const size_t shift = frames_[taken_ - 1].end;
+    std::copy(bytes_.data() + shift, bytes_.data() + frames_[count_ - 1].end, bytes_.data());
+    std::copy(frames_.data() + taken_, frames_.data() + count_, frames_.data());
+    count_ -= taken_;
+    open_ -= taken_;
+    taken_ = 0;
+    for (Frame& frame : std::span(frames_).first(count_)) {
+        frame.begin -= shift;
+        frame.room -= shift;
+        frame.end -= shift;
     }
 }
 
 /** Without data the bytes stay 0. */
 void Mp3FrameWriter::fill(const Zet8u* data, size_t count) {
     free_ -= count;
-    while (!areas_.empty()) {
-        Area& area = areas_.front();
-        const size_t part = std::min(count, area.end - area.begin);
+    for (; open_ < count_; ++open_) {
+        Frame& frame = frames_[open_];
+        const size_t part = std::min(count, frame.end - frame.room);
         if (data) {
-            std::copy_n(data, part, &bytes_[area.begin]);
+            std::copy_n(data, part, &bytes_[frame.room]);
             data += part;
         }
-        area.begin += part;
+        frame.room += part;
         count -= part;
-        if (area.begin < area.end) break;
-        areas_.pop_front();
+        if (frame.room < frame.end) break;
     }
 }
 
-void Mp3FrameWriter::finish(std::vector<Zet8u>& out) {
-    out.insert(out.end(), bytes_.begin(), bytes_.end());
-    bytes_.clear();
-    areas_.clear();
-    free_ = 0;
+std::span<const Zet8u> Mp3FrameWriter::take() {
+    if (taken_ == open_) return {};
+    const Frame& frame = frames_[taken_++];
+    return std::span(bytes_).subspan(frame.begin, frame.end - frame.begin);
 }
 
 }  // namespace zetac::codec

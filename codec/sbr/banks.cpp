@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -20,16 +19,6 @@ void keepHistory(Row* rows) {
     std::memcpy(rows, rows + kSbrSlots, kSbrHistory * sizeof(Row));
 }
 
-Zet16s toPcm(Zet32f sample) {
-    const float limited = std::clamp(sample, -32768.F, 32767.F);
-    return static_cast<Zet16s>(static_cast<int>(limited + std::copysign(0.5F, limited)));
-}
-
-Zet16s toPcm(Zet32s sample) {
-    constexpr Zet32s kHalf = 1 << (kSbrCoreFraction - 1);
-    return static_cast<Zet16s>(std::clamp((sample + kHalf) >> kSbrCoreFraction, -32768, 32767));
-}
-
 // --- Floating point -----------------------------------------------------------------------------
 
 class FloatBanks : public SbrBanks {
@@ -39,7 +28,7 @@ class FloatBanks : public SbrBanks {
     void analyse(const Zet32s* core, int bands) override;
     const LowBand& low(int, int) override { return low_; }
     void predict(uint32_t bands, LowPrediction& prediction) override;
-    void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
+    void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) override;
     size_t bytes() const override { return sizeof *this + memory_.size() + work_.size(); }
 
   private:
@@ -129,7 +118,7 @@ void FloatBanks::joinLow(const LowBand& low, const SbrSplit& split, OutputBand& 
     }
 }
 
-void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) {
+void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
     joinLow(low_, split, output);
     const Zet32f* re[kSbrSlots];
     const Zet32f* im[kSbrSlots];
@@ -145,7 +134,7 @@ void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* p
                                              synthesis_, work_.data());
     }
     const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
-    for (int i = 0; i < length; ++i) pcm[i] = toPcm(samples_[i]);
+    pcm.put(0, samples_, static_cast<size_t>(length));
 }
 
 // --- Fixed point --------------------------------------------------------------------------------
@@ -158,7 +147,7 @@ class FixedBanks : public SbrBanks {
     void analyse(const Zet32s* core, int bands) override;
     const LowBand& low(int first, int end) override;
     void predict(uint32_t bands, LowPrediction& prediction) override;
-    void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) override;
+    void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) override;
     size_t bytes() const override { return sizeof *this + analysis_.size() + synthesis_.size(); }
 
   private:
@@ -237,18 +226,18 @@ void FixedBanks::join(const OutputBand& output, const SbrSplit::Range& range, in
     std::fill(row + range.end, row + kQmfBands, Zet32sc{});
 }
 
-void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) {
-    const int length = isDownsampled_ ? kLowBands : kQmfBands;
+void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
+    const size_t length = isDownsampled_ ? kLowBands : kQmfBands;
     alignas(32) Zet32sc row[kQmfBands];
     alignas(32) Zet32s samples[kQmfBands];
-    for (int i = 0; i < kSbrSlots; ++i, pcm += length) {
+    for (int i = 0; i < kSbrSlots; ++i) {
         join(output, split.at(i), i, row);
         if (isDownsampled_) {
             zetsSynthesisDownFilter_SBRHQ_32sc32s(row, samples, synthesis_.data());
         } else {
             zetsSynthesisFilter_SBRHQ_32sc32s(row, samples, synthesis_.data());
         }
-        for (int n = 0; n < length; ++n) pcm[n] = toPcm(samples[n]);
+        pcm.put(static_cast<size_t>(i) * length, samples, kSbrCoreFraction, length);
     }
 }
 

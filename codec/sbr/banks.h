@@ -9,6 +9,7 @@
 
 #include <memory>
 
+#include "base/pcm.h"
 #include "sbr/subbands.h"
 
 namespace zetac::codec {
@@ -60,7 +61,7 @@ class SbrBanks {
 
     /** Joins the low band to the high one and synthesises a frame.
      *  @param output  in: the high band; the rest is scratch */
-    virtual void synthesise(OutputBand& output, const SbrSplit& split, Zet16s* pcm) = 0;
+    virtual void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) = 0;
 
     /** Memory behind this object and of it. */
     virtual size_t bytes() const = 0;

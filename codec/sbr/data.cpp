@@ -35,13 +35,13 @@ Fault SbrParser::parse(const SbrPayload& payload) {
     SbrBits bits(payload);
     const bool hasCrc = bits.get(kExtensionTypeBits) == kSbrDataCrc;
     if (hasCrc) bits.skip(kCrcBits);
-    Fault fault = hasCrc && !isCrcGood(payload) ? Fault::kSbrCrc : Fault::kNone;
+    Fault fault = hasCrc && !isCrcGood(payload) ? SbrFault::kCrc : Fault::kNone;
     const bool bs_header_flag = bits.flag();
     const bool isFresh = !isSynchronised_;
     if (isFresh && !bs_header_flag) return fault;
     if (!failed(fault) && bs_header_flag) fault = readHeader(bits);
     if (!failed(fault)) fault = readData(bits);
-    if (!failed(fault) && bits.isBeyondEnd()) fault = Fault::kSbrTruncated;
+    if (!failed(fault) && bits.isBeyondEnd()) fault = SbrFault::kTruncated;
     // What builds on data that were lost makes no sense, and is no new damage.
     const bool isUsable =
         !isFresh || (channels_[0].factors.startsAfresh() && channels_[1].factors.startsAfresh());
@@ -58,7 +58,7 @@ Fault SbrParser::readHeader(SbrBits& bits) {
         return Fault::kNone;
     }
     const auto tables = SbrFrequencyTables::make(header, sampleRate_);
-    if (!tables) return Fault::kSbrHeader;
+    if (!tables) return SbrFault::kHeader;
     header_ = header;
     tables_ = *tables;
     hasTables_ = true;

@@ -17,7 +17,7 @@ size_t SbrDecoder::stateBytes() const {
     return bytes;
 }
 
-void SbrDecoder::decode(int channel, const Zet32s* core, Zet16s* pcm) {
+void SbrDecoder::decode(int channel, const Zet32s* core, const PcmPlane& pcm) {
     ChannelState& state = channels_[channel];
     const SbrFrequencyTables& tables = parser_.tables();
     SbrSplit split{state.overhang, state.range, {}};

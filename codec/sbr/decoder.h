@@ -30,7 +30,7 @@ class SbrDecoder {
     /** Decodes a frame of one channel.
      *  @param core  1024 samples with kSbrCoreFraction fractional bits
      *  @param pcm   out: 2048 samples, or 1024 when down-sampled */
-    void decode(int channel, const Zet32s* core, Zet16s* pcm);
+    void decode(int channel, const Zet32s* core, const PcmPlane& pcm);
 
     const SbrParser& parser() const { return parser_; }
 

@@ -81,7 +81,7 @@ Fault SbrScaleFactors::readEnvelopes(SbrBits& bits, const SbrGrid& grid,
             bs_df_env[l]
                 ? readTimeDeltas(bits, timeBook, sum, bands, before, bandBefore, envelope[l])
                 : readFrequencyDeltas(bits, frequencyBook, sum, startBits, bands, envelope[l]);
-        if (!isGood) return Fault::kSbrValue;
+        if (!isGood) return SbrFault::kValue;
         before = envelope[l];
         wasHigh = isHigh;
     }
@@ -104,7 +104,7 @@ Fault SbrScaleFactors::readNoise(SbrBits& bits, const SbrGrid& grid,
                 ? readTimeDeltas(
                       bits, book, sum, bands, before, [](int i) { return i; }, noise[l])
                 : readFrequencyDeltas(bits, book, sum, kStartBits, bands, noise[l]);
-        if (!isGood) return Fault::kSbrValue;
+        if (!isGood) return SbrFault::kValue;
         before = noise[l];
     }
     std::copy_n(before, kSbrNoiseBandsMax, lastNoise_);

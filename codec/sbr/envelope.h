@@ -5,7 +5,7 @@
 // Copyright (c) 2026, The Zetac authors
 #pragma once
 
-#include "aac/fault.h"
+#include "sbr/fault.h"
 #include "sbr/frequency_tables.h"
 #include "sbr/grid.h"
 

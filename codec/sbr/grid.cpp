@@ -12,7 +12,7 @@ Fault SbrGrid::read(SbrBits& bits, SbrGrid& grid) {
     SbrGrid g;
     g.bs_frame_class = bits.number(2);
     const bool isGood = g.bs_frame_class == kFixFix ? g.readFixed(bits) : g.readBorders(bits);
-    if (!isGood || !g.isValid()) return Fault::kSbrGrid;
+    if (!isGood || !g.isValid()) return SbrFault::kGrid;
     g.noiseFloors = g.envelopes > 1 ? 2 : 1;
     g.noiseBorder = g.border[g.noiseBorderIndex()];
     grid = g;

@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-#include "aac/fault.h"
 #include "sbr/bits.h"
+#include "sbr/fault.h"
 
 namespace zetac::codec {
 

@@ -3,7 +3,7 @@
 // Subband samples and overlap are Q24. Eight subbands share the exponent of their transform: their
 // lines are scaled so that the largest sum of magnitudes of a subband just fits. That keeps two or
 // three bits below Q26 for ordinary signals and still holds lines of full 32 bits; transform
-// outputs saturate beyond 64 times full scale.
+// outputs saturate beyond 128 times full scale.
 #pragma once
 
 #include <zetac.h>

@@ -70,7 +70,7 @@ ZetStatus zetsMDCTInv_MP3_32s(Zet32s* pSrc, Zet32s* pDst, Zet32s* pOverlap, int 
 }
 
 ZetStatus zetsMDCTInvWindow_MP3_32s(Zet32s* pSrc, Zet32s* pDst, int blockType) {
-    kHybridKernels[static_cast<unsigned>(zetac::core::currentLevel())].transformSubband(
-        pSrc, pDst, blockType & 3);
+    zetac::core::select(kHybridKernels)
+        .transformSubband(pSrc, pDst, inRange(blockType, 0, 3) ? blockType : 0);
     return zetStsOk;
 }

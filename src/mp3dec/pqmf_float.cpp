@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "core/checks.h"
+#include "core/spec.h"
 #include "tables/mp3_pqmf_float.h"
 
 namespace zetac::mp3 {
@@ -12,34 +13,38 @@ namespace {
 
 constexpr int kBands = 32;
 constexpr int kSlots = 16;
-constexpr int kSpecSize = 2091;
-constexpr uintptr_t kSpecAlignment = 16;
+constexpr int kSpecSize = 2091;  // told in both word sizes
+constexpr uint32_t kSpecAlignment = 16;
 
 struct BankState {
-    Zet32s identifier;
+    core::SpecId id;
     Zet32s offset;  // of the next slot, analysis and synthesis alike
-    Zet32s allocated;
-    Zet32f* history;  // [kSlots][kBands], behind this record
+    Zet32s owned;
+    Zet32f* history;  // [kSlots][kBands]
 
     Zet32f* slot(int age) const { return history + (offset + age) % kSlots * kBands; }
     void stepBack() { offset = (offset + kSlots - 1) % kSlots; }
 };
-static_assert(sizeof(BankState) + kSlots * kBands * sizeof(Zet32f) + kSpecAlignment - 1 <=
-              kSpecSize);
+constexpr size_t kHistoryBytes = kSlots * kBands * sizeof(Zet32f);
+static_assert(sizeof(BankState) + kHistoryBytes + kSpecAlignment - 1 <= kSpecSize);
 
 template <class Spec>
-constexpr Zet32s kIdentifier = 0;
+constexpr core::SpecId kId{};
 template <>
-constexpr Zet32s kIdentifier<ZetsAnalysisFilterSpec_PQMF_MP3_32f> = 0x434D4168;
+constexpr core::SpecId kId<ZetsAnalysisFilterSpec_PQMF_MP3_32f> = core::SpecId::kPqmfAnalysis;
 template <>
-constexpr Zet32s kIdentifier<ZetsSynthesisFilterSpec_PQMF_MP3_32f> = 0x434D4167;
+constexpr core::SpecId kId<ZetsSynthesisFilterSpec_PQMF_MP3_32f> = core::SpecId::kPqmfSynthesis;
 
-// The record begins at the first boundary of 16 bytes behind the caller's pointer.
-template <class Memory>
-BankState* stateIn(Memory* memory) {
-    auto* bytes = reinterpret_cast<Zet8u*>(memory);
+// The record begins at the first boundary behind the caller's pointer.
+template <class Spec>
+BankState* stateIn(Spec* spec) {
     return reinterpret_cast<BankState*>(
-        bytes + (-reinterpret_cast<uintptr_t>(bytes) & (kSpecAlignment - 1)));
+        core::alignUp(reinterpret_cast<Zet8u*>(spec), kSpecAlignment));
+}
+
+template <class Spec>
+bool isBank(Spec* spec) {
+    return core::hasId(stateIn(spec), kId<Spec>);
 }
 
 ZetStatus getSize(int* size) {
@@ -48,9 +53,11 @@ ZetStatus getSize(int* size) {
     return zetStsOk;
 }
 
-BankState* layOut(Zet8u* memory, Zet32s identifier, bool allocated) {
-    BankState* state = stateIn(memory);
-    *state = {identifier, kSlots - 1, allocated, reinterpret_cast<Zet32f*>(state + 1)};
+// The history lies right behind the record: on the next boundary it would not fit into the size.
+BankState* layOut(Zet8u* memory, core::SpecId id) {
+    core::Layout layout(memory, kSpecAlignment);
+    auto* state = layout.take<BankState>();
+    *state = {id, kSlots - 1, 0, layout.take<Zet32f>(kSlots * kBands, alignof(BankState))};
     std::fill_n(state->history, kSlots * kBands, 0.0f);
     return state;
 }
@@ -58,28 +65,25 @@ BankState* layOut(Zet8u* memory, Zet32s identifier, bool allocated) {
 template <class Spec>
 ZetStatus init(Spec** spec, Zet8u* memory) {
     ZETAC_REQUIRE(core::allSet(spec, memory), zetStsNullPointer);
-    *spec = reinterpret_cast<Spec*>(layOut(memory, kIdentifier<Spec>, false));
+    *spec = reinterpret_cast<Spec*>(layOut(memory, kId<Spec>));
     return zetStsOk;
 }
 
 template <class Spec>
 ZetStatus initAlloc(Spec** spec) {
     ZETAC_REQUIRE(spec, zetStsNullPointer);
-    Zet8u* memory = zetsMalloc_8u(kSpecSize);
-    ZETAC_REQUIRE(memory, zetStsNoMemory);
-    layOut(memory, kIdentifier<Spec>, true);
-    *spec = reinterpret_cast<Spec*>(memory);
-    return zetStsOk;
+    BankState* state = nullptr;
+    const ZetStatus status = core::allocateSpec(
+        &state, kSpecSize, [](Zet8u* memory) { return layOut(memory, kId<Spec>); });
+    if (status == zetStsOk) *spec = reinterpret_cast<Spec*>(state);
+    return status;
 }
 
 template <class Spec>
 ZetStatus release(Spec* spec) {
     ZETAC_REQUIRE(spec, zetStsNullPointer);
-    BankState* state = stateIn(spec);
-    ZETAC_REQUIRE(state->identifier == kIdentifier<Spec>, zetStsSpecMismatch);
-    if (state->allocated != 1) return zetStsOk;
-    state->identifier = 0;
-    zetsFree(spec);
+    ZETAC_REQUIRE(isBank(spec), zetStsSpecMismatch);
+    core::freeIfOwned(stateIn(spec));
     return zetStsOk;
 }
 
@@ -217,9 +221,8 @@ ZetStatus filter(void (*run)(BankState&, const Zet32f*, Zet32f*, int), const Zet
                  Zet32f* dst, Spec* spec, int mode) {
     ZETAC_REQUIRE(core::allSet(src, dst, spec), zetStsNullPointer);
     ZETAC_REQUIRE(core::inRange(mode, 1, 2), zetStsBadArg);
-    BankState* state = stateIn(spec);
-    ZETAC_REQUIRE(state->identifier == kIdentifier<Spec>, zetStsSpecMismatch);
-    run(*state, src, dst, mode);
+    ZETAC_REQUIRE(isBank(spec), zetStsSpecMismatch);
+    run(*stateIn(spec), src, dst, mode);
     return zetStsOk;
 }
 

@@ -128,15 +128,11 @@ ZetStatus requantizeChannel(const Channel& channel, const StereoPlan& plan) {
     return zetStsOk;
 }
 
-ZetStatus undoStereo(const ZetMP3Header& header, const StereoPlan& plan, Channel& left,
-                     Channel& right) {
-    if (const ZetStatus status = _sStereoLong_MP3_32s_I(header, plan, left, right)) return status;
-    if (!left.bands.hasShort()) return zetStsOk;
-    for (int window = 0; window < kWindows; ++window) {
-        if (const ZetStatus status = _sStereoShort_MP3_32s_I(header, plan, window, left, right))
-            return status;
-    }
-    return zetStsOk;
+void undoStereo(const ZetMP3Header& header, const StereoPlan& plan, Channel& left, Channel& right) {
+    _sStereoLong_MP3_32s_I(header, plan, left, right);
+    if (!left.bands.hasShort()) return;
+    for (int window = 0; window < kWindows; ++window)
+        _sStereoShort_MP3_32s_I(header, plan, window, left, right);
 }
 
 ZetStatus checkArguments(const int* bounds, const ZetMP3GranuleSideInfo* infos,
@@ -180,8 +176,8 @@ ZetStatus requantize(Zet32s* lines, int* bounds, const Zet8s* scaleFactors,
         if (const ZetStatus status = requantizeChannel(channels[ch], plan)) return status;
     }
     if (joint) {
-        if (const ZetStatus status = undoStereo(header, plan, channels[0], channels[1]))
-            return status;
+        ZETAC_REQUIRE(hasKnownPositions(header, plan, channels[1]), zetStsOutOfRange);
+        undoStereo(header, plan, channels[0], channels[1]);
     }
     for (int ch = 0; ch < count; ++ch) {
         bounds[ch] = channels[ch].bands.hasShort() ? _sReorder_MP3_32s(channels[ch], buffer)

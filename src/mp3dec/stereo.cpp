@@ -10,13 +10,23 @@
 namespace zetac::mp3 {
 namespace {
 
-// The uppermost band has no scale factor of its own: the position of the band below holds.
+// Whether a band is at or above the right channel's bound.
+bool isAboveLong(const Channel& right, int band) {
+    return right.bands.longStart[band] >= right.reach.lines;
+}
+bool isAboveShort(const Channel& right, int band, int window) {
+    return band >= right.reach.shortBands[window];
+}
+
+// The uppermost band has no scale factor of its own. Where the band below it is in intensity stereo
+// too, that band's position goes on; else the filler behind the scale factors is the position.
 int longPosition(const Channel& right, int band) {
-    return right.scaleFactors[std::min(band, kLongBands - 2)];
+    const bool goesOn = band == kLongBands - 1 && isAboveLong(right, band - 1);
+    return right.scaleFactors[goesOn ? band - 1 : band];
 }
 int shortPosition(const Channel& right, int band, int window) {
-    return right
-        .scaleFactors[right.bands.shortScaleFactor(std::min(band, kShortBands - 2), window)];
+    const bool goesOn = band == kShortBands - 1 && isAboveShort(right, band - 1, window);
+    return right.scaleFactors[right.bands.shortScaleFactor(goesOn ? band - 1 : band, window)];
 }
 
 bool isIllegal(const ZetMP3Header& header, int position) {
@@ -58,19 +68,21 @@ void intensityLsf(Zet32s* left, Zet32s* right, int count, int is_pos, int intens
     }
 }
 
-ZetStatus undo(const ZetMP3Header& header, BandStereo stereo, const Channel& left,
-               const Channel& right, Run run, int is_pos) {
+void undo(const ZetMP3Header& header, BandStereo stereo, const Channel& left, const Channel& right,
+          Run run, int is_pos) {
     Zet32s* const l = left.lines + run.start;
     Zet32s* const r = right.lines + run.start;
-    if (stereo == BandStereo::kMiddleSide) {
+    if (stereo == BandStereo::kMiddleSide)
         middleSide(l, r, run.count);
-    } else if (stereo == BandStereo::kIntensity && header.ID == 1) {
-        ZETAC_REQUIRE(core::inRange(is_pos, 0, 6), zetStsOutOfRange);
+    else if (stereo == BandStereo::kIntensity && header.ID == 1)
         intensity(l, r, run.count, is_pos);
-    } else if (stereo == BandStereo::kIntensity) {
+    else if (stereo == BandStereo::kIntensity)
         intensityLsf(l, r, run.count, is_pos, right.info->scalefac_compress & 1);
-    }
-    return zetStsOk;
+}
+
+// What MPEG-1 has shares for; LSF knows every position that is not negative.
+bool isKnown(BandStereo stereo, int position) {
+    return stereo != BandStereo::kIntensity || core::inRange(position, 0, 6);
 }
 
 }  // namespace
@@ -80,24 +92,35 @@ StereoPlan planStereo(const ZetMP3Header& header, const Channel& left, const Cha
     const bool useIntensity = (header.mode_extension & 1) != 0;
     const BandStereo belowBound =
         (header.mode_extension & 2) != 0 ? BandStereo::kMiddleSide : BandStereo::kSeparate;
-    const auto stereoOf = [&](bool hasRight, int position) {
-        return !useIntensity || hasRight || isIllegal(header, position) ? belowBound
-                                                                        : BandStereo::kIntensity;
+    const auto stereoOf = [&](bool isAbove, int position) {
+        return useIntensity && isAbove && !isIllegal(header, position) ? BandStereo::kIntensity
+                                                                       : belowBound;
     };
     const GranuleBands& bands = left.bands;
     for (int band = 0; band < bands.numLong; ++band)
-        plan.ofLong[band] =
-            stereoOf(bands.longStart[band] < right.reach.lines, longPosition(right, band));
+        plan.ofLong[band] = stereoOf(isAboveLong(right, band), longPosition(right, band));
     for (int band = bands.firstShort; band < kShortBands; ++band)
         for (int window = 0; window < kWindows; ++window)
             plan.ofShort[band][window] =
-                stereoOf(band < right.reach.shortBands[window], shortPosition(right, band, window));
+                stereoOf(isAboveShort(right, band, window), shortPosition(right, band, window));
     return plan;
 }
 
+bool hasKnownPositions(const ZetMP3Header& header, const StereoPlan& plan, const Channel& right) {
+    if (header.ID != 1) return true;
+    const GranuleBands& bands = right.bands;
+    for (int band = 0; band < bands.numLong; ++band)
+        if (!isKnown(plan.ofLong[band], longPosition(right, band))) return false;
+    for (int band = bands.firstShort; band < kShortBands; ++band)
+        for (int window = 0; window < kWindows; ++window)
+            if (!isKnown(plan.ofShort[band][window], shortPosition(right, band, window)))
+                return false;
+    return true;
+}
+
 // Bands in middle/side are undone together with their neighbours.
-ZetStatus _sStereoLong_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, Channel& left,
-                                 Channel& right) {
+void _sStereoLong_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, Channel& left,
+                            Channel& right) {
     const GranuleBands& bands = left.bands;
     const int lines = std::max(left.reach.lines, right.reach.lines);
     const int longLines = std::min(lines, bands.longEnd());
@@ -108,26 +131,19 @@ ZetStatus _sStereoLong_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& p
         if (stereo == BandStereo::kMiddleSide)
             while (next < bands.numLong && plan.ofLong[next] == stereo) ++next;
         const Run run = {start, std::min<int>(bands.longStart[next], longLines) - start};
-        if (const ZetStatus status =
-                undo(header, stereo, left, right, run, longPosition(right, band)))
-            return status;
+        undo(header, stereo, left, right, run, longPosition(right, band));
     }
     left.reach.lines = right.reach.lines = lines;
-    return zetStsOk;
 }
 
-ZetStatus _sStereoShort_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, int window,
-                                  Channel& left, Channel& right) {
+void _sStereoShort_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, int window,
+                             Channel& left, Channel& right) {
     const GranuleBands& bands = left.bands;
     const int end = std::max(left.reach.shortBands[window], right.reach.shortBands[window]);
-    for (int band = bands.firstShort; band < end; ++band) {
-        if (const ZetStatus status =
-                undo(header, plan.ofShort[band][window], left, right, bands.shortRun(band, window),
-                     shortPosition(right, band, window)))
-            return status;
-    }
+    for (int band = bands.firstShort; band < end; ++band)
+        undo(header, plan.ofShort[band][window], left, right, bands.shortRun(band, window),
+             shortPosition(right, band, window));
     left.reach.shortBands[window] = right.reach.shortBands[window] = end;
-    return zetStsOk;
 }
 
 }  // namespace zetac::mp3

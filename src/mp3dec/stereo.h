@@ -16,12 +16,14 @@ struct StereoPlan {
 
 StereoPlan planStereo(const ZetMP3Header& header, const Channel& left, const Channel& right);
 
+// Whether all bands in intensity stereo have a position that exists.
+bool hasKnownPositions(const ZetMP3Header& header, const StereoPlan& plan, const Channel& right);
+
 // Undo joint stereo in the long bands, and in the short bands of one window. Sums and differences
-// saturate. They return zetStsOutOfRange for an intensity position that does not exist, and
-// otherwise extend the reach of the channels.
-ZetStatus _sStereoLong_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, Channel& left,
-                                 Channel& right);
-ZetStatus _sStereoShort_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, int window,
-                                  Channel& left, Channel& right);
+// saturate. They extend the reach of the channels.
+void _sStereoLong_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, Channel& left,
+                            Channel& right);
+void _sStereoShort_MP3_32s_I(const ZetMP3Header& header, const StereoPlan& plan, int window,
+                             Channel& left, Channel& right);
 
 }  // namespace zetac::mp3

@@ -26,12 +26,12 @@ void analyseChannel(const PsyContext& context, const Zet16s* src, int channel) {
     const PsyKernels& kernels = context.kernels;
     const int stride = context.channels;
     Spectra& spectra = context.work.spectra;
-    Zet16s block[kLongBlock];
-    kernels.applyWindow(src, stride, tables::pHannWinLong_MP3, block, kLongBlock);
+    Zet16s block[kLongBlockLen];
+    kernels.applyWindow(src, stride, tables::pHannWinLong_MP3, block, kLongBlockLen);
     kernels.ownsFFTFwd1024_Audio_16s32sc(block, spectra.longLines[channel]);
     for (int window = 0; window < kWindows; ++window) {
         const Zet16s* start = src + (kShortOffset + kShortHop * window) * stride;
-        kernels.applyWindow(start, stride, tables::pHannWinShort_MP3, block, kShortBlock);
+        kernels.applyWindow(start, stride, tables::pHannWinShort_MP3, block, kShortBlockLen);
         kernels.ownsFFTFwd256_Audio_16s32sc(block, spectra.shortLines[channel][window]);
     }
     ZetMP3PsyChannelState& state = context.state.channel[channel];

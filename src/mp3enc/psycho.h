@@ -2,8 +2,17 @@
 // work area and the steps.
 //
 // Scales: spectra are unscaled (a sine of full scale on a line has 32767 * 256 in a long spectrum,
-// 32767 * 64 in a short one), energies and thresholds are 64-bit on the scale of their squares and
-// stay below 2^52, ratios and the measure of unpredictability are Q31.
+// 32767 * 64 in a short one), energies and thresholds are 64-bit on the scale of their squares,
+// ratios and the measure of unpredictability are Q31.
+//
+// Bounds, whatever the samples are. A windowed sample is at most its weight, and the weights of a
+// long window sum to 2^24, those of a short one to 2^22: so much is a line at most. The weights'
+// squares sum to 384 and 96 * 2^30, which makes the energy of all N lines 1024 * 384 * 2^30 or 256
+// * 96 * 2^30 at most (Parseval): below 2^49 in one channel, and, (|L| + |R|)^2 / 2 being at most
+// twice the greater one's energy, below 2^50 in mid and side. A partition's energy is part of that,
+// a spread one a weighted mean, a threshold at most an energy or one in quiet, below 2^42. All of
+// them stay below 2^52: 40 times an energy, 16 times a threshold and sums over all partitions fit
+// in 64 bits, and so do sums of their halves of 26 bits times Q31.
 #pragma once
 
 #include <zetac.h>
@@ -16,10 +25,10 @@ using tables::kPsySfbLong;
 using tables::kPsySfbShort;
 using tables::PsyTables;
 
-inline constexpr int kLongBlock = 1024;
-inline constexpr int kShortBlock = 256;
-inline constexpr int kLongSpectrum = kLongBlock / 2 + 1;
-inline constexpr int kShortSpectrum = kShortBlock / 2 + 1;
+inline constexpr int kLongBlockLen = 1024;
+inline constexpr int kShortBlockLen = 256;
+inline constexpr int kLongSpectrum = kLongBlockLen / 2 + 1;
+inline constexpr int kShortSpectrum = kShortBlockLen / 2 + 1;
 inline constexpr int kWindows = 3;           // short blocks of a granule
 inline constexpr int kAnalysisChannels = 4;  // left, right, mid, side
 inline constexpr int kPartitionsLong = 64;   // rounded up

@@ -161,7 +161,7 @@ Zet32s ownsCalPerceptualEntropy_Psy_MP3(const PsyContext& context, int channel) 
         const Zet32s excess = quotient(energy[b], threshold[b] + 1, kQuotientBits);
         const Zet32s clamped = std::max(excess, 1 << kQuotientBits);
         const int logarithm = ownsLog2_Audio_32s16s(clamped) - (kQuotientBits << 10);  // Q10
-        const int width = first[b + 1] - first[b];
+        const int width = first[b + 1] - first[b];  // below 2^9, and the logarithm below 2^15
         sum += static_cast<Zet32s>((width * logarithm * kLog10Of2) >> (31 + 5));
     }
     return sum >> 5;

@@ -8,8 +8,10 @@ namespace {
 constexpr int kMagnitudeBits = 6;  // fractional bits of magnitudes
 constexpr int kPhaseBits = 30;
 
+// For magnitudes below 2^32; their squares leave the range of int64_t.
 uint64_t sumOfSquares(int64_t re, int64_t im) {
-    return static_cast<uint64_t>(re * re) + static_cast<uint64_t>(im * im);
+    const auto x = static_cast<uint64_t>(re), y = static_cast<uint64_t>(im);
+    return x * x + y * y;
 }
 
 struct Polar {
@@ -31,7 +33,7 @@ Roots rootsOf(uint64_t energy) {
     return {mantissa * inverse >> 30, inverse, halfShift};
 }
 
-// Lines are at most 2^24.
+// Lines are at most 2^24, so that magnitudes are at most 2^30.
 Polar toPolar(Zet32sc x) {
     const uint64_t energy = sumOfSquares(x.re, x.im);
     if (energy == 0) return {0, {0, 0}};
@@ -50,7 +52,9 @@ Zet32sc productQ30(Zet32sc a, Zet32sc b, int sign) {
     return {static_cast<Zet32s>(re >> kPhaseBits), static_cast<Zet32s>(im >> kPhaseBits)};
 }
 
-// Nothing after nothing is as unpredictable as any first sound.
+// Nothing after nothing is as unpredictable as any first sound. The prediction is at most 2 * 2^30
+// (that of a line with 2^30 behind one with 0), a product with its phase 2^61, and the deviation 3
+// * 2^30, whose square 9 * 2^60 only unsigned arithmetic holds.
 Zet32s unpredictabilityOf(Zet32sc x, const Polar& now, const Polar& last, const Polar& lastButOne) {
     const int64_t predicted = 2 * int64_t{last.magnitude} - lastButOne.magnitude;
     const Zet32sc phase = productQ30(productQ30(last.phase, last.phase, 1), lastButOne.phase, -1);

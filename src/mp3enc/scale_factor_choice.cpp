@@ -36,20 +36,29 @@ class Candidate {
           shift_(1 + scale),
           preflag_(preflag) {}
 
-    // The highest gain that leaves all bands in the reach of their scale factors.
+    // The highest gain that leaves all bands in the reach of their scale factors. Short windows
+    // have their subblock gains below it; long bands of a mixed block may have to do with what
+    // their scale factors reach, so that no magnitude of a window is cut.
     int highestGain() {
         findBases();
-        int highest = INT_MIN;
-        for (const int base : base_)
-            if (base != INT_MAX) highest = std::max(highest, base);
-        // Long bands have no subblock gain.
-        return base_[kLongClass] != INT_MAX ? base_[kLongClass] : highest;
+        int highest = INT_MIN, least = INT_MIN;
+        for (int c = 0; c < kClasses; ++c) {
+            if (base_[c] == INT_MAX) continue;
+            highest = std::max(highest, base_[c]);
+            least = std::max(least, lowest_[c]);
+        }
+        if (base_[kLongClass] == INT_MAX) return highest;
+        return std::max(std::min(highest, inReach_[kLongClass]), least);
     }
 
-    // Lower gains repeat the choices with scale factors one higher.
-    int gainsToTry() const {
-        if (layout_.hasShort) return kSubblockSteps;
-        return std::min(1 << shift_, base_[kLongClass] - lowest_[kLongClass] + 1);
+    // Lower gains repeat the choices with scale factors one higher; in a mixed block they serve the
+    // long bands without.
+    int gainsToTry(int highest) const {
+        if (base_[kLongClass] == INT_MAX) return kSubblockSteps;
+        const int least = *std::max_element(lowest_, lowest_ + kClasses);
+        const int steps =
+            layout_.hasShort ? highest - base_[kLongClass] + kSubblockSteps : 1 << shift_;
+        return std::min(steps, highest - least + 1);
     }
 
     // Returns the cost of what the candidate adds to the demands, scale factors included.
@@ -76,14 +85,13 @@ class Candidate {
   private:
     int pretabOf(const Band& band) const { return preflag_ ? band.pretab : 0; }
 
-    // For each class the lowest base that the magnitudes allow, INT_MIN where it codes nothing, and
-    // the highest one that is of use to some band and brings all scale factors in reach; INT_MAX
-    // where it codes nothing.
+    // For each class the lowest base that the magnitudes allow, INT_MIN where it codes nothing; the
+    // highest one that brings all scale factors in reach; and that one but no more than is of use
+    // to some band, INT_MAX where it codes nothing.
     void findBases() {
-        int inReach[kClasses];
         for (int c = 0; c < kClasses; ++c) {
             lowest_[c] = base_[c] = INT_MIN;
-            inReach[c] = INT_MAX;
+            inReach_[c] = INT_MAX;
         }
         for (int b = 0; b < layout_.count; ++b) {
             const Band& band = layout_.bands[b];
@@ -94,7 +102,7 @@ class Candidate {
             if (band.scaleFactor == kNoScaleFactor) continue;
             const int most = kMaxScaleFactor[band.upper];
             base_[c] = std::max(base_[c], demand.step + (fixed << shift_));
-            inReach[c] = std::min(inReach[c], demand.step + ((most + fixed) << shift_));
+            inReach_[c] = std::min(inReach_[c], demand.step + ((most + fixed) << shift_));
         }
         for (int c = 0; c < kClasses; ++c) {
             if (lowest_[c] == INT_MIN) {
@@ -102,7 +110,7 @@ class Candidate {
             } else if (base_[c] == INT_MIN) {
                 base_[c] = topStep(c);
             } else {
-                base_[c] = std::max(std::min(base_[c], inReach[c]), lowest_[c]);
+                base_[c] = std::max(std::min(base_[c], inReach_[c]), lowest_[c]);
             }
         }
     }
@@ -223,6 +231,7 @@ class Candidate {
     int shift_;  // a scale factor counts 2^shift quarter steps
     bool preflag_;
     int base_[kClasses];  // highest
+    int inReach_[kClasses];
     int lowest_[kClasses];
 };
 
@@ -249,7 +258,7 @@ StepChoice chooseSteps(const BandLayout& layout, const BandDemand* demands,
         Candidate candidate(layout, demands, granule0, kind % 2, kind / 2 != 0);
         const int highest = candidate.highestGain();
         if (highest == INT_MIN) return best;
-        for (int gain = highest; gain > highest - candidate.gainsToTry(); --gain) {
+        for (int gain = highest; gain > highest - candidate.gainsToTry(highest); --gain) {
             const int cost = candidate.evaluate(gain, trial);
             if (cost >= least) continue;
             least = cost;

@@ -19,13 +19,6 @@ constexpr int kLinesShort[] = {
     1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3,
     4, 4, 5, 5, 5, 7, 7, 11, 17,
 };
-// Signal-to-mask ratio of each short partition, in thousandths of a dB.
-constexpr int kSnrShort[] = {
-    -8240, -8240, -8240, -8240, -8240, -8240, -8240, -8240, -8240, -8240, -7447, -7447,
-    -7447, -7447, -7447, -7447, -7447, -7447, -7447, -7447, -6990, -6990, -6990, -6990,
-    -6990, -6990, -6990, -6990, -6990, -6990, -6020, -6020, -6020, -6020, -5229, -5229,
-    -5229, -5229,
-};
 // The partition in which each scale-factor band begins, the last one's end behind, and how many
 // thousandths of that partition belong to the band.
 constexpr std::uint8_t pPartToSfbBuoLong48000[kPsySfbLong + 1] = {
@@ -65,7 +58,7 @@ constexpr auto kRowsLong = psy::blockSpreading<psy::blockRows(pSprdngBoundLong48
 constexpr auto kBlocksShort = psy::spreadingBlocks(pSprdngBoundShort48000);
 constexpr auto kRowsShort = psy::blockSpreading<psy::blockRows(pSprdngBoundShort48000)>(
     pSprdngBoundShort48000, pSprdngPackedShort48000);
-constexpr auto pSMRShort48000 = psy::ratios(kSnrShort);
+constexpr auto pSMRShort48000 = psy::shortRatios<std::size(kLinesShort)>();
 
 }  // namespace
 

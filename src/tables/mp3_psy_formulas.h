@@ -245,13 +245,13 @@ constexpr std::array<std::int32_t, kCount> weights(const int (&thousandths)[kCou
     return result;
 }
 
-// Ratios given in thousandths of a dB, Q31.
+// Threshold over spread energy of the short partitions, Q31: 0.15 (-8.24 dB), 0.18 (-7.447 dB) and
+// 0.2 (-6.99 dB) for ten partitions, ten more, and the rest.
 template <std::size_t kCount>
-constexpr std::array<std::int32_t, kCount> ratios(const int (&milliDecibels)[kCount]) {
+constexpr std::array<std::int32_t, kCount> shortRatios() {
+    constexpr std::int32_t kRatios[] = {322053827, 386570678, 429466664};
     std::array<std::int32_t, kCount> result{};
-    for (std::size_t i = 0; i < kCount; ++i) {
-        result[i] = q31(fromDecibel(milliDecibels[i] / 1000.0L));
-    }
+    for (std::size_t b = 0; b < kCount; ++b) result[b] = kRatios[b < 20 ? b / 10 : 2];
     return result;
 }
 

@@ -1,5 +1,7 @@
 #include "tables/mp3_psy_windows.h"
 
+#include <numeric>
+
 #include "core/constexpr_math.h"
 
 namespace zetac::tables {
@@ -27,6 +29,11 @@ constexpr Rotations<kLength> makeRealRotations() {
 
 constexpr Table<std::int16_t, 1024> pHannWinLong_MP3 = makeHann<1024>();
 constexpr Table<std::int16_t, 256> pHannWinShort_MP3 = makeHann<256>();
+
+// What the bounds of the model start from.
+static_assert(std::accumulate(pHannWinLong_MP3.begin(), pHannWinLong_MP3.end(), 0) <= 1 << 24);
+static_assert(std::accumulate(pHannWinShort_MP3.begin(), pHannWinShort_MP3.end(), 0) <= 1 << 22);
+
 constexpr Rotations<256> kRealRotations1024 = makeRealRotations<256>();
 constexpr Rotations<64> kRealRotations256 = makeRealRotations<64>();
 

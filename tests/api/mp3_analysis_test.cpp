@@ -154,6 +154,22 @@ TEST(Mp3MdctFwd, followsTheStandard) {
     }
 }
 
+// -2^31 in an odd slot of an odd subband inverts to 2^31 - 1, as -2^31 + 1 does.
+TEST(Mp3MdctFwd, saturatesTheInversion) {
+    std::mt19937 random(4);
+    for (const Block block : kBlocks) {
+        Transform transform, other;
+        for (int g = 0; g < 2; ++g) {
+            Zet32s samples[576], clipped[576];
+            for (int i = 0; i < 576; ++i) {
+                samples[i] = clipped[i] = random() % 2 != 0 ? INT32_MIN : INT32_MAX;
+                if (i / 32 % 2 != 0 && i % 2 != 0) clipped[i] = std::max(samples[i], -INT32_MAX);
+            }
+            EXPECT_EQ(transform.lines(samples, block), other.lines(clipped, block));
+        }
+    }
+}
+
 // One channel of a decoder.
 struct Decoder {
     std::array<Zet32s, 576> overlap{};

@@ -130,7 +130,7 @@ enum { kLongWindow = -1 };
 
 // The standard's view of a coded line: its band, window, and where its scale factor stands.
 struct Place {
-    int band, window, scaleFactor, position;
+    int band, window, scaleFactor;
 };
 
 std::vector<Place> placesOf(const Granule& granule, int ch) {
@@ -143,11 +143,11 @@ std::vector<Place> placesOf(const Granule& granule, int ch) {
     int scaleFactor = 0;
     for (int band = 0; longStart[band] < longLines; ++band, ++scaleFactor)
         places.insert(places.end(), longStart[band + 1] - longStart[band],
-                      {band, kLongWindow, scaleFactor, band == 21 ? 20 : scaleFactor});
+                      {band, kLongWindow, scaleFactor});
     for (int band = info.mixed_block_flag ? 3 : 0; isShort && band < 13; ++band)
         for (int window = 0; window < 3; ++window, ++scaleFactor)
             places.insert(places.end(), shortStart[band + 1] - shortStart[band],
-                          {band, window, scaleFactor, scaleFactor - (band == 12 ? 3 : 0)});
+                          {band, window, scaleFactor});
     EXPECT_EQ(places.size(), static_cast<size_t>(kLines));
     return places;
 }
@@ -203,7 +203,7 @@ class Model {
             above[i] = (g_.header.mode_extension & 1) != 0 &&
                        (i > 0 && samePlace(i, i - 1) ? above[i - 1] : isAboveRight(place_[1][i]));
         for (int i = 0; i < kLines; ++i) {
-            const int position = g_.scaleFactors[1][place_[1][i].position];
+            const int position = positionOf(place_[1][i]);
             const bool legal = g_.header.ID ? position != 7 : position >= 0;
             double &l = value_[0][i], &r = value_[1][i];
             if (above[i] && legal) {
@@ -214,6 +214,14 @@ class Model {
                 r = m - s;
             }
         }
+    }
+    // The uppermost band goes on with the position of the band below, or has the filler.
+    int positionOf(const Place& place) const {
+        const bool isLong = place.window == kLongWindow;
+        const bool isTop = place.band == (isLong ? 21 : 12);
+        const Place below = {place.band - 1, place.window, place.scaleFactor - (isLong ? 1 : 3)};
+        return g_
+            .scaleFactors[1][isTop && isAboveRight(below) ? below.scaleFactor : place.scaleFactor];
     }
     bool samePlace(int i, int j) const {
         return place_[1][i].band == place_[1][j].band && place_[1][i].window == place_[1][j].window;
@@ -377,19 +385,39 @@ TEST(Mp3Requant, saturatesMiddleSide) {
     EXPECT_TRUE(std::equal(right.begin(), right.end(), granule.lines[1]));
 }
 
-// Positions count only where the left channel has lines to share.
+// One band at or above the right channel's bound suffices, wherever the left channel ends.
 TEST(Mp3Requant, refusesPositionsBeyondTheTable) {
     for (const int blockType : {0, 2}) {
-        Granule granule = jointGranule(1);
-        for (auto& channel : granule.info) channel.block_type = blockType;
-        std::fill_n(granule.scaleFactors[1], ZETAC_MP3_SCF_MAX, Zet8s{8});
-        EXPECT_EQ(granule.requantize(), zetStsOk);
-        granule.lines[0][0] = granule.bound[0] = 1;
-        EXPECT_EQ(granule.requantize(), zetStsOutOfRange);
-        granule.header.ID = 0;  // LSF has positions up to 30
-        granule.lines[0][0] = 1;
-        EXPECT_EQ(granule.requantize(), zetStsOk);
+        for (int factor = 0; factor < (blockType == 0 ? 21 : 36); ++factor) {
+            Granule granule = jointGranule(1);
+            for (auto& channel : granule.info) channel.block_type = blockType;
+            granule.scaleFactors[1][factor] = 8;
+            EXPECT_EQ(granule.requantize(), zetStsOutOfRange) << factor;
+            granule.header.mode_extension = 2;  // no positions
+            EXPECT_EQ(granule.requantize(), zetStsOk);
+            granule.header.mode_extension = 1;
+            granule.header.ID = 0;  // LSF has positions up to 30
+            EXPECT_EQ(granule.requantize(), zetStsOk);
+            granule.header.ID = 1;
+            granule.lines[1][kLines - 1] = 1;  // in window 2 of short blocks
+            granule.bound[1] = kLines;
+            EXPECT_EQ(granule.requantize(),
+                      blockType == 2 && factor % 3 != 2 ? zetStsOutOfRange : zetStsOk);
+        }
     }
+}
+
+// The right channel ends below band 21, with a scale factor in band 20 that is no position.
+TEST(Mp3Requant, takesTheFillerAboveTheLastCodedBand) {
+    Granule granule = jointGranule(1);
+    granule.header.ID = 0;
+    std::fill_n(granule.lines[0], kLines, 1);
+    granule.lines[1][521] = 1;
+    granule.scaleFactors[1][20] = 5;
+    granule.setBounds();
+    ASSERT_EQ(granule.requantize(), zetStsOk);
+    EXPECT_EQ(granule.lines[0][522], 1 << 26);
+    EXPECT_EQ(granule.lines[1][522], (1 << 26) - 1);  // times the largest fraction
 }
 
 // ---- power functions

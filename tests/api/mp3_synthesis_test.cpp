@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cmath>
 #include <cstdint>
 #include <numbers>
@@ -160,7 +161,8 @@ TEST(Mp3Synthesis, transformsAndOverlapsLikeTheStandard) {
 
 TEST(Mp3Synthesis, windowsOneSubband) {
     std::mt19937 random(3);
-    for (int blockType = 0; blockType < 4; ++blockType) {
+    for (const int blockType : {0, 1, 2, 3, 4, 6, -1, -2, INT_MAX}) {
+        const bool isWindow = blockType >= 0 && blockType < 4;
         const Values lines = randomLines(random, 0.1);
         Guarded<Zet32s> source(18);
         Guarded<Zet32s> result(36);
@@ -170,7 +172,7 @@ TEST(Mp3Synthesis, windowsOneSubband) {
             x[k] = lines[k] * kLineUnit;
         }
         EXPECT_EQ(zetStsOk, zetsMDCTInvWindow_MP3_32s(source.data(), result.data(), blockType));
-        const auto expected = SynthesisModel::transform(x, blockType);
+        const auto expected = SynthesisModel::transform(x, isWindow ? blockType : 0);
         for (int i = 0; i < 36; ++i) {
             EXPECT_NEAR(result.data()[i], expected[i] / kSampleUnit, 1.5) << blockType << " " << i;
         }
@@ -308,15 +310,37 @@ TEST(Mp3Synthesis, saturatesAtExtremes) {
             }
         }
     }
+    // All subbands alike, so that they share the exponent that one alone has.
     std::mt19937 random(7);
-    for (const Block block : kBlocks) {
-        Channel channel;
-        Values lines;
-        for (Zet32s& x : lines) x = random() % 2 != 0 ? INT32_MIN : INT32_MAX;
-        for (Zet32s& x : channel.overlap) x = random() % 2 != 0 ? INT32_MIN : INT32_MAX;
-        const Values slots = channel.hybrid(lines, 576, block.type, block.mixed);
-        for (int t = 0; t < 18; ++t) channel.synthesis(&slots[32 * t]);
+    int limited = 0;
+    for (const int blockType : {2, 2, 2, 0, 1, 2, 3}) {
+        for (const int overlapBits : {31, 28}) {
+            Zet32s x[18], transformed[36];
+            for (Zet32s& line : x) line = random() % 2 != 0 ? INT32_MIN : INT32_MAX;
+            Channel channel;
+            Values lines{};
+            for (int i = 0; i < 576; ++i) {
+                if (blockType == 2) lines[i] = x[i % 18];  // no aliases to reduce
+                const Zet32s largest = INT32_MAX >> (31 - overlapBits);
+                channel.overlap[i] = random() % 2 != 0 ? -largest - 1 : largest;
+            }
+            if (blockType != 2) std::fill_n(x, 18, 0);
+            zetsMDCTInvWindow_MP3_32s(x, transformed, blockType);
+            const Values overlap = channel.overlap;
+            const Values slots = channel.hybrid(lines, 576, blockType, 0);
+            for (int i = 0; i < 576; ++i) {
+                const int sb = i / 18, t = i % 18;
+                const int64_t exact = int64_t{transformed[t]} + overlap[i];
+                const int64_t sum = std::clamp<int64_t>(exact, INT32_MIN, INT32_MAX);
+                const int64_t sample = sb % 2 * (t % 2) != 0 ? -sum : sum;
+                EXPECT_EQ(slots[32 * t + sb], std::min<int64_t>(sample, INT32_MAX));
+                EXPECT_EQ(channel.overlap[i], transformed[18 + t]);
+                limited += sum != exact;
+            }
+            for (int t = 0; t < 18; ++t) channel.synthesis(&slots[32 * t]);
+        }
     }
+    EXPECT_GT(limited, 500);
 }
 
 // --- Floating filter banks ---

@@ -12,8 +12,10 @@
 namespace zetac::test {
 namespace {
 
+using codec::AacFault;
 using codec::ChannelLayout;
 using codec::Fault;
+using codec::StreamFault;
 
 constexpr size_t kFrameValues = ZETAC_AAC_FRAME_LEN;  // of a mono clip
 
@@ -72,7 +74,7 @@ TEST(Containers, FramesOfAnotherFormatAreConcealed) {
     const std::vector<Bytes> other = framesOf(clip("mono_sbr_core"));
     const Decoded decoded = decodeAll(joined(mono, 0, 6) + joined(other, 0, 3) + joined(mono, 6));
     EXPECT_EQ(decoded.damages(), 3u);
-    EXPECT_EQ(std::ranges::count(decoded.faults, Fault::kFormatChanged), 3);
+    EXPECT_EQ(std::ranges::count(decoded.faults, StreamFault::kFormatChanged), 3);
     EXPECT_EQ(decoded.sampleRate, 8000);
     // The first concealed frame fades out, the next ones are silent.
     const auto silent = decoded.pcm.begin() + 7 * kFrameValues;
@@ -99,7 +101,7 @@ TEST(Containers, DamagedAdifEnds) {
     bytes[whole.positions[5]] = 0xFF;  // the end at once
     const Decoded decoded = decodeAll(bytes);
     EXPECT_EQ(decoded.faults.size(), 6u);
-    EXPECT_EQ(decoded.faults[5], Fault::kElementMissing);
+    EXPECT_EQ(decoded.faults[5], AacFault::kElementMissing);
     EXPECT_EQ(decoded.skippedBytes, clean.size() - whole.positions[5] - 1);
 }
 
@@ -180,13 +182,13 @@ TEST(Containers, ProtectedFramesOfSeveralBlocks) {
     damaged[3][7 + 4 + 1] ^= 0x02;
     Decoded decoded = decodeAll(joined(damaged));
     EXPECT_EQ(decoded.damages(), 1u);
-    EXPECT_EQ(decoded.faults[6], Fault::kCrcMismatch);
+    EXPECT_EQ(decoded.faults[6], StreamFault::kCrcMismatch);
     damaged = frames;
     damaged[3][8] ^= 1;
     decoded = decodeAll(joined(damaged));
     EXPECT_EQ(decoded.damages(), 2u);
-    EXPECT_EQ(decoded.faults[6], Fault::kCrcMismatch);
-    EXPECT_EQ(decoded.faults[7], Fault::kCrcMismatch);
+    EXPECT_EQ(decoded.faults[6], StreamFault::kCrcMismatch);
+    EXPECT_EQ(decoded.faults[7], StreamFault::kCrcMismatch);
 }
 
 /** Without positions of blocks a damaged block takes along those behind it in the same frame. */
@@ -195,8 +197,9 @@ TEST(Containers, DamageInFramesOfSeveralBlocks) {
     frames[1][7] = 0x7F;  // an LFE element
     const Decoded decoded = decodeAll(joined(frames));
     const std::vector<Fault> faults(decoded.faults.begin() + 4, decoded.faults.begin() + 8);
-    EXPECT_EQ(faults, (std::vector<Fault>{Fault::kElementUnexpected, Fault::kPrecedingBlock,
-                                          Fault::kPrecedingBlock, Fault::kPrecedingBlock}));
+    EXPECT_EQ(faults,
+              (std::vector<Fault>{AacFault::kElementUnexpected, StreamFault::kPrecedingBlock,
+                                  StreamFault::kPrecedingBlock, StreamFault::kPrecedingBlock}));
     EXPECT_EQ(decoded.damages(), 4u);
     EXPECT_EQ(decoded.pcm.size(), decodeAll(clip("stereo_four_blocks")).pcm.size());
 }
@@ -271,9 +274,9 @@ TEST(Elements, WrongSequencesAreFaults) {
         EXPECT_EQ(decoded.damages(), 1u);
         return decoded.faults[4];
     };
-    EXPECT_EQ(faultOf("000 0000" EMPTY_CHANNEL), Fault::kElementUnexpected);
-    EXPECT_EQ(faultOf("001 0000 0" EMPTY_CHANNEL EMPTY_CHANNEL), Fault::kElementUnexpected);
-    EXPECT_EQ(faultOf("111"), Fault::kElementMissing);
+    EXPECT_EQ(faultOf("000 0000" EMPTY_CHANNEL), AacFault::kElementUnexpected);
+    EXPECT_EQ(faultOf("001 0000 0" EMPTY_CHANNEL EMPTY_CHANNEL), AacFault::kElementUnexpected);
+    EXPECT_EQ(faultOf("111"), AacFault::kElementMissing);
 }
 
 /** A stereo stream at 44.1 kHz of this block twice, or of it and another one. */
@@ -354,7 +357,7 @@ Decoded decodeAsProfile(const std::string& name, int profile) {
 TEST(Elements, ScalableSamplingRateIsRefused) {
     const Decoded decoded = decodeAsProfile("stereo_tns", 2);
     EXPECT_TRUE(decoded.isAac);
-    EXPECT_EQ(decoded.faults[0], Fault::kUnsupportedProfile);
+    EXPECT_EQ(decoded.faults[0], AacFault::kUnsupportedProfile);
     EXPECT_TRUE(decoded.pcm.empty());
 }
 
@@ -447,13 +450,13 @@ TEST(Layout, ProgramConfigElementsInMidStream) {
     frames[12] = withElements(frames[12], program("0001", " 1 0000"));
     const Decoded decoded = decodeAll(joined(frames));
     ASSERT_EQ(decoded.damages(), 2u);
-    EXPECT_EQ(decoded.faults[9], Fault::kLayoutChanged);
-    EXPECT_EQ(decoded.faults[12], Fault::kLayoutChanged);
+    EXPECT_EQ(decoded.faults[9], AacFault::kLayoutChanged);
+    EXPECT_EQ(decoded.faults[12], AacFault::kLayoutChanged);
     EXPECT_EQ(decoded.pcm.size(), frames.size() * ZETAC_AAC_FRAME_LEN);
     // Without any there is no sound, and nothing but a layout with too many channels is refused.
-    EXPECT_EQ(decodeAll(joined(plain)).faults[0], Fault::kNoLayout);
+    EXPECT_EQ(decodeAll(joined(plain)).faults[0], AacFault::kNoLayout);
     frames[0] = withElements(plain[0], nine);
-    EXPECT_EQ(decodeAll(joined(frames)).faults[3], Fault::kUnsupportedLayout);
+    EXPECT_EQ(decodeAll(joined(frames)).faults[3], AacFault::kUnsupportedLayout);
 }
 
 TEST(Layout, DecoderPutsChannelsInWavOrder) {

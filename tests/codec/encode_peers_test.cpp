@@ -31,7 +31,7 @@ namespace zetac::test {
 namespace {
 
 struct Stream {
-    codec::Mp3EncoderSettings settings;
+    EncoderSettings settings;
     Material material;
 };
 

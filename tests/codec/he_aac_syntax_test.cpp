@@ -14,6 +14,7 @@ namespace zetac::test {
 namespace {
 
 using codec::Fault;
+using codec::SbrFault;
 using codec::SbrFrequencyTables;
 using codec::SbrHeader;
 
@@ -227,7 +228,7 @@ TEST(SbrParser, NoticesDamageByTheCrc) {
         Bytes bad = good;
         bad[bit / 8] ^= static_cast<Zet8u>(0x80 >> bit % 8);
         codec::SbrParser parser(false, style.sampleRate);
-        ASSERT_EQ(parser.parse(payloadOf(bad)), Fault::kSbrCrc) << bit;
+        ASSERT_EQ(parser.parse(payloadOf(bad)), SbrFault::kCrc) << bit;
         ASSERT_FALSE(parser.isActive());
     }
 }

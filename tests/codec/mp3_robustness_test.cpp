@@ -74,7 +74,7 @@ TEST(Mp3Robustness, RandomFrames) {
         }
         const Mp3Decoded decoded = decodeMp3(stream);
         ASSERT_EQ(decoded.faults.size(), 6u);
-        goodFrames += decoded.count(codec::Mp3Fault::kNone);
+        goodFrames += decoded.count(codec::Fault::kNone);
     }
     EXPECT_GT(goodFrames, 0u);
 }

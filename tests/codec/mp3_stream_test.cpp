@@ -12,9 +12,11 @@
 namespace zetac::test {
 namespace {
 
+using codec::Fault;
 using codec::Mp3Fault;
 using codec::Mp3Frame;
 using codec::Mp3Stream;
+using codec::StreamFault;
 
 void expectSameSound(const Mp3Decoded& decoded, const Bytes& original) {
     ASSERT_TRUE(decoded.isMp3);
@@ -113,7 +115,7 @@ TEST(Mp3Streams, FrameLengths) {
                         ASSERT_TRUE(stream->next(found));
                         ASSERT_EQ(found.position, i * frame.size());
                         ASSERT_EQ(found.data.size(), frame.size());
-                        ASSERT_EQ(found.fault, Mp3Fault::kNone);
+                        ASSERT_EQ(found.fault, Fault::kNone);
                     }
                     EXPECT_FALSE(stream->next(found));
                     EXPECT_EQ(found.bitRate, static_cast<int>(bits));
@@ -130,7 +132,7 @@ TEST(Mp3Streams, FramesOfAnotherFormatAreConcealed) {
     const std::vector<Bytes> other = mp3FramesOf(mp3Clip("mono_32k_speech"));
     const Mp3Decoded decoded =
         decodeMp3(joined(frames, 0, 6) + joined(other, 0, 3) + joined(frames, 6));
-    EXPECT_EQ(decoded.count(Mp3Fault::kFormatChanged), 3u);
+    EXPECT_EQ(decoded.count(StreamFault::kFormatChanged), 3u);
     // The first concealed frame fades out, the next ones are silent.
     const auto silent = decoded.pcm.begin() + 7 * 1152;
     EXPECT_EQ(std::count(silent, silent + 2 * 1152, 0), 2 * 1152);
@@ -205,7 +207,7 @@ TEST(Mp3Damage, FrameCutShort) {
         const Mp3Decoded decoded = decodeMp3(joined(frames));
         EXPECT_EQ(decoded.foreignBytes, 0u);
         ASSERT_EQ(decoded.pcm.size(), clean.pcm.size());
-        EXPECT_EQ(decoded.faults[8], Mp3Fault::kCutShort);
+        EXPECT_EQ(decoded.faults[8], StreamFault::kCutShort);
         EXPECT_EQ(decoded.damages(), 1 + decoded.count(Mp3Fault::kMissingMainData));
         const size_t good = firstGood(decoded, 8);
         EXPECT_LE(good, 11u);
@@ -236,7 +238,7 @@ TEST(Mp3Damage, FlippedBitsUnderTheCheckAreFound) {
         damaged[5][bit / 8] ^= static_cast<Zet8u>(0x80 >> bit % 8);
         const Mp3Decoded decoded = decodeMp3(joined(damaged));
         EXPECT_EQ(decoded.damages(), 1u);
-        EXPECT_EQ(decoded.faults[5], Mp3Fault::kCrcMismatch);
+        EXPECT_EQ(decoded.faults[5], StreamFault::kCrcMismatch);
         expectSameFrom(decoded, 7, clean, 7);  // the reservoir does not suffer
     }
 }
@@ -252,7 +254,7 @@ TEST(Mp3Damage, ConcealedGranules) {
         putBits(damaged[6], kFirstRecord + record * kRecordBits + field, bits, value);
         return decodeMp3(joined(damaged));
     };
-    const auto expectConcealed = [&](const Mp3Decoded& decoded, Mp3Fault fault, size_t granule) {
+    const auto expectConcealed = [&](const Mp3Decoded& decoded, Fault fault, size_t granule) {
         EXPECT_EQ(decoded.damages(), 1u);
         EXPECT_EQ(decoded.faults[6], fault);
         const auto start = static_cast<ptrdiff_t>(clean.starts[6] + granule * 1152);
@@ -267,8 +269,8 @@ TEST(Mp3Damage, ConcealedGranules) {
     expectConcealed(decodeWith(2, 0, 12, 4095), Mp3Fault::kMainDataOverrun, 1);
     expectConcealed(decodeWith(0, 0, 12, 3), Mp3Fault::kScaleFactorsOverrun, 0);
     // big_values beyond 288, and window switching to block type 0: the library's checks.
-    expectConcealed(decodeWith(3, 12, 9, 300), static_cast<Mp3Fault>(zetStsBadSideInfo), 1);
-    expectConcealed(decodeWith(0, 33, 3, 4), static_cast<Mp3Fault>(zetStsBadSideInfo), 0);
+    expectConcealed(decodeWith(3, 12, 9, 300), codec::faultOf(zetStsBadSideInfo), 1);
+    expectConcealed(decodeWith(0, 33, 3, 4), codec::faultOf(zetStsBadSideInfo), 0);
 }
 
 /** mode_extension means nothing outside of joint stereo, and the reserved emphasis nothing at all.

@@ -75,7 +75,7 @@ TEST_F(EncodeCommand, TakesSoundFilesOfManyFormats) {
 
 TEST_F(EncodeCommand, OptionsReachTheEncoder) {
     write("a.wav", {.sampleRate = 48000}, music_);
-    using Settings = codec::Mp3EncoderSettings;
+    using Settings = EncoderSettings;
     const std::pair<const char*, Settings> cases[] = {
         {"-b 192", {.bitRate = 192}},
         {"--bit-rate 64 -m stereo", {.isJoint = false, .bitRate = 64}},

@@ -13,6 +13,7 @@ namespace zetac::test {
 namespace {
 
 using codec::Fault;
+using codec::SbrFault;
 using codec::SbrOutput;
 
 constexpr codec::DecoderOptions kPlayed = {codec::ChannelOrder::kStream, true, SbrOutput::kDouble};
@@ -68,8 +69,8 @@ TEST(HeRobustness, DamagedDataAreLikeMissingOnes) {
             EXPECT_EQ(failed(damaged.sbrFaults[frame]), frame == 3) << frame;
         }
     }
-    EXPECT_EQ(decoded[0].sbrFaults[3], Fault::kSbrTruncated);
-    EXPECT_EQ(decoded[1].sbrFaults[3], Fault::kSbrCrc);
+    EXPECT_EQ(decoded[0].sbrFaults[3], SbrFault::kTruncated);
+    EXPECT_EQ(decoded[1].sbrFaults[3], SbrFault::kCrc);
 }
 
 TEST(HeRobustness, CutAtManyBytes) {

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
+#include <zetac_codec.h>
+
 #include <filesystem>
 #include <memory>
 
@@ -9,30 +11,74 @@
 #include "io/jobs.h"
 #include "io/output_file.h"
 #include "io/pcm_input.h"
-#include "mp3/encoder.h"
 
 namespace zetac::tool {
 namespace {
 
-using codec::Mp3Encoder;
-using codec::Mp3EncoderSettings;
-
-constexpr int kDefaultBitRate[] = {64, 128};  // kbit/s, by channels
-
-Mp3EncoderSettings settingsFor(const EncodeOptions& options, const PcmInput& input) {
-    return {
-        .sampleRate = input.sampleRate(),
-        .channels = input.channels(),
-        .isJoint = options.mode != ChannelMode::kStereo,
-        .bitRate = options.bitRate > 0 ? options.bitRate : kDefaultBitRate[input.channels() - 1],
-        .quality = options.quality,
-        .hasCrc = options.hasCrc};
+ZetacEncoderOptions optionsFor(const EncodeOptions& options, const PcmInput& input) {
+    ZetacEncoderOptions result = ZETAC_ENCODER_OPTIONS_INIT;
+    result.sampleRate = input.sampleRate();
+    result.channels = input.channels();
+    result.bitRate = 1000 * options.bitRate;
+    if (options.quality >= 0) {
+        result.rateMode = ZETAC_RATE_VARIABLE;
+        result.quality = static_cast<float>(options.quality);
+    }
+    if (options.mode == ChannelMode::kStereo) result.stereoMode = ZETAC_STEREO_INDEPENDENT;
+    result.hasCrc = options.hasCrc;
+    return result;
 }
 
-void check(ZetStatus status) {
-    if (status < 0)
-        throw Failure("cannot be encoded: the library returned " + std::to_string(status));
+void check(ZetacStatus status) {
+    if (status < 0) throw Failure(std::string("cannot be encoded: ") + zetacStatusText(status));
 }
+
+/** The library's encoder, with its packets in a row. */
+class Encoder {
+  public:
+    explicit Encoder(const ZetacEncoderOptions& options) : channels_(options.channels) {
+        ZetacEncoder* encoder = nullptr;
+        check(zetacEncoderCreate(&encoder, &options));
+        encoder_.reset(encoder);
+    }
+
+    /** Appends the packets that are complete. */
+    void encode(const std::vector<Zet16s>& pcm, std::vector<Zet8u>& out) {
+        const size_t samples = pcm.size() / static_cast<size_t>(channels_);
+        for (size_t at = 0; at < samples;) {
+            const void* plane = &pcm[at * static_cast<size_t>(channels_)];
+            size_t taken = 0;
+            check(zetacEncoderFeed(encoder_.get(), &plane, samples - at, &taken));
+            at += taken;
+            takePackets(out);
+        }
+    }
+
+    void finish(std::vector<Zet8u>& out) {
+        check(zetacEncoderFinish(encoder_.get()));
+        takePackets(out);
+    }
+
+    std::vector<Zet8u> infoFrame() const {
+        ZetacEncoderInfo info = ZETAC_ENCODER_INFO_INIT;
+        check(zetacEncoderGetInfo(encoder_.get(), &info));
+        std::vector<Zet8u> frame(info.infoFrameBytes);
+        check(zetacEncoderGetInfoFrame(encoder_.get(), frame.data(), frame.size()));
+        return frame;
+    }
+
+  private:
+    void takePackets(std::vector<Zet8u>& out) {
+        ZetacPacket packet = ZETAC_PACKET_INIT;
+        ZetacStatus status;
+        while ((status = zetacEncoderTake(encoder_.get(), &packet)) == ZETAC_OK)
+            out.insert(out.end(), packet.data, packet.data + packet.bytes);
+        check(status);
+    }
+
+    std::unique_ptr<ZetacEncoder, void (*)(ZetacEncoder*)> encoder_{nullptr, zetacEncoderFree};
+    int channels_;
+};
 
 /** Reports progress in bytes of the input file. */
 class Progress {
@@ -58,22 +104,20 @@ Outcome encodeFile(const Job& job, const EncodeOptions& options, Console& consol
     PcmInput input(job.input, options.mode == ChannelMode::kMono);
     std::vector<Zet16s> pcm;
     if (!input.read(pcm)) throw Failure("holds no sound");
-    const auto encoder = std::make_unique<Mp3Encoder>(settingsFor(options, input));
+    Encoder encoder(optionsFor(options, input));
     OutputFile output(job.output);
-    output.write(encoder->infoFrame());
     Progress progress(job.input, console);
     std::vector<Zet8u> stream;
     do {
-        check(encoder->encode(pcm.data(), pcm.size() / static_cast<size_t>(input.channels()),
-                              stream));
+        encoder.encode(pcm, stream);
         output.write(stream);
         stream.clear();
         progress.set(input.progress());
     } while (!isInterrupted() && input.read(pcm));
     if (isInterrupted()) return Outcome::kInterrupted;
-    check(encoder->finish(stream));
+    encoder.finish(stream);
     output.write(stream);
-    output.rewriteStart(encoder->infoFrame());
+    output.rewriteStart(encoder.infoFrame());
     output.commit();
 
     if (input.sampleRate() != input.fileSampleRate())

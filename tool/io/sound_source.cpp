@@ -37,7 +37,7 @@ class AacSource : public SoundSource {
         if (!isThere) return false;
         const codec::DecodedFrame decoded = decoder_.decode(block, pcm_.data());
         stream_->finish(decoded.bytesUsed, !failed(decoded.fault));
-        if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
+        if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         hasSbr_ = hasSbr_ || (!failed(decoded.fault) && decoder_.parser().hasSbr());
         frame = {.position = block.position,
                  .inputBytes = block.data.size(),
@@ -48,9 +48,10 @@ class AacSource : public SoundSource {
                  .samples = static_cast<size_t>(decoded.samples),
                  .isHeard = !failed(decoded.fault)};
         if (failed(decoded.fault)) {
-            frame.fault = describe(decoded.fault);
+            frame.fault = decoded.fault.text;
         } else if (failed(decoded.sbrFault)) {
-            frame.fault = describe(decoded.sbrFault) + "; resampled only until the next header";
+            frame.fault =
+                std::string(decoded.sbrFault.text) + "; resampled only until the next header";
         }
         return true;
     }
@@ -87,7 +88,7 @@ class Mp3Source : public SoundSource {
         foreign_ = {stream_->foreign().position, stream_->foreign().bytes};
         if (!isThere) return false;
         const codec::Mp3DecodedFrame decoded = decoder_.decode(coded, pcm_);
-        if (isRefusal(decoded.fault)) throw Failure(describe(decoded.fault));
+        if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         if (!layout_) layout_ = codec::ChannelLayout::fromConfiguration(decoded.channels);
         if (decoded.channels != layout_->channels()) convertChannels(decoded.samples);
         const bool isMuted = decoded.fault == Mp3Fault::kMissingMainData;
@@ -98,7 +99,7 @@ class Mp3Source : public SoundSource {
                  .pcm = pcm_,
                  .channels = layout_->channels(),
                  .samples = static_cast<size_t>(decoded.samples)};
-        if (failed(decoded.fault)) frame.fault = describe(decoded.fault);
+        if (failed(decoded.fault)) frame.fault = decoded.fault.text;
         isMuted_ = isMuted;
         return true;
     }

@@ -84,19 +84,49 @@ Pcm soundOf(Material material, int sampleRate, int channels, size_t samples) {
     return pcm;
 }
 
-Bytes encodeMp3(const codec::Mp3EncoderSettings& settings, const Pcm& pcm) {
-    EXPECT_TRUE(codec::Mp3Encoder::isValid(settings));
-    const auto encoder = std::make_unique<codec::Mp3Encoder>(settings);
-    Bytes stream = encoder->infoFrame();
-    const auto channels = static_cast<size_t>(settings.channels);
-    for (size_t at = 0; at < pcm.size();) {
-        const size_t part = std::min<size_t>(pcm.size() - at, (1000 + at % 777) * channels);
-        EXPECT_EQ(encoder->encode(&pcm[at], part / channels, stream), zetStsOk);
-        at += part;
+ZetacEncoderOptions EncoderSettings::options() const {
+    ZetacEncoderOptions options = ZETAC_ENCODER_OPTIONS_INIT;
+    options.sampleRate = sampleRate;
+    options.channels = channels;
+    options.stereoMode = isJoint ? ZETAC_STEREO_JOINT : ZETAC_STEREO_INDEPENDENT;
+    options.bitRate = 1000 * bitRate;
+    options.rateMode = quality >= 0 ? ZETAC_RATE_VARIABLE : ZETAC_RATE_CONSTANT;
+    options.quality = quality >= 0 ? quality : 0;
+    options.hasCrc = hasCrc;
+    return options;
+}
+
+EncoderHandle makeEncoder(const ZetacEncoderOptions& options) {
+    ZetacEncoder* encoder = nullptr;
+    const ZetacStatus status = zetacEncoderCreate(&encoder, &options);
+    EXPECT_EQ(encoder == nullptr, status != ZETAC_OK);
+    return {encoder, zetacEncoderFree};
+}
+
+void takePackets(ZetacEncoder* encoder, Bytes& stream) {
+    ZetacPacket packet = ZETAC_PACKET_INIT;
+    ZetacStatus status;
+    while ((status = zetacEncoderTake(encoder, &packet)) == ZETAC_OK)
+        stream.insert(stream.end(), packet.data, packet.data + packet.bytes);
+    EXPECT_TRUE(status == ZETAC_NEED_INPUT || status == ZETAC_END) << status;
+}
+
+void feed(ZetacEncoder* encoder, std::span<const Zet16s> pcm, int channels, Bytes& stream) {
+    const auto stride = static_cast<size_t>(channels);
+    for (size_t at = 0, taken = 0; at < pcm.size(); at += taken * stride) {
+        const void* plane = &pcm[at];
+        EXPECT_EQ(zetacEncoderFeed(encoder, &plane, (pcm.size() - at) / stride, &taken), ZETAC_OK);
+        takePackets(encoder, stream);
     }
-    EXPECT_EQ(encoder->finish(stream), zetStsOk);
-    const Bytes info = encoder->infoFrame();
-    std::ranges::copy(info, stream.begin());
+}
+
+Bytes encodeMp3(const EncoderSettings& settings, const Pcm& pcm) {
+    const EncoderHandle encoder = makeEncoder(settings.options());
+    Bytes stream;
+    feed(encoder.get(), pcm, settings.channels, stream);
+    EXPECT_EQ(zetacEncoderFinish(encoder.get()), ZETAC_OK);
+    takePackets(encoder.get(), stream);
+    EXPECT_EQ(zetacEncoderGetInfoFrame(encoder.get(), stream.data(), stream.size()), ZETAC_OK);
     return stream;
 }
 

@@ -33,12 +33,12 @@ std::vector<Bytes> mp3FramesOf(const Bytes& stream) {
     return frames;
 }
 
-size_t Mp3Decoded::count(codec::Mp3Fault fault) const {
+size_t Mp3Decoded::count(codec::Fault fault) const {
     return static_cast<size_t>(std::ranges::count(faults, fault));
 }
 
 size_t Mp3Decoded::damages() const {
-    return faults.size() - count(codec::Mp3Fault::kNone);
+    return faults.size() - count(codec::Fault::kNone);
 }
 
 Mp3Decoded decodeMp3(const Bytes& bytes) {

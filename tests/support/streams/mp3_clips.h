@@ -25,14 +25,14 @@ std::vector<Bytes> mp3FramesOf(const Bytes& stream);
 struct Mp3Decoded {
     bool isMp3 = false;
     Pcm pcm;
-    std::vector<codec::Mp3Fault> faults;  // of every frame
-    std::vector<size_t> positions;        // of every frame
-    std::vector<size_t> starts;           // of every frame in pcm
+    std::vector<codec::Fault> faults;  // of every frame
+    std::vector<size_t> positions;     // of every frame
+    std::vector<size_t> starts;        // of every frame in pcm
     size_t foreignBytes = 0;
     std::optional<codec::Mp3InfoTag> infoTag;
 
     size_t damages() const;
-    size_t count(codec::Mp3Fault fault) const;
+    size_t count(codec::Fault fault) const;
 };
 
 /** Decodes everything. The data end where readable memory ends for the sanitizers, and the output
