@@ -72,17 +72,6 @@ ZetacStatus Feed::pull(ZetacFrame& frame) {
     }
 }
 
-ZetacStatus Feed::learn(ZetacStreamInfo& info) {
-    while (true) {
-        info = ZETAC_STREAM_INFO_INIT;
-        ZetacStatus status = zetacDecoderGetInfo(decoder_, &info);
-        if (status != ZETAC_NEED_INPUT) return status;
-        if (isFinished_) return ZETAC_ERROR_NO_STREAM;
-        status = fill();
-        if (status != ZETAC_OK) return status;
-    }
-}
-
 bool Feed::moveTo(uint64_t byte, uint64_t sample) {
     if (!source_.bytes->seek(byte)) return false;
     source_.lastReader = this;

@@ -51,8 +51,6 @@ class Feed {
 
     /** The next frame, as zetacDecoderTake gives it; ZETAC_ERROR_READ too. */
     ZetacStatus pull(ZetacFrame& frame);
-    /** Reads until the decoder knows the stream; its first frames wait then. */
-    ZetacStatus learn(ZetacStreamInfo& info);
 
     /** Goes on at another frame.
      *  @return false where the source cannot be rewound */

@@ -78,9 +78,20 @@ ZetacStatus Reader::readResponse() {
     return ZETAC_OK;
 }
 
+/** Takes frames until one tells what the stream is. They wait for the first reads. */
 ZetacStatus Reader::learnStream() {
-    const ZetacStatus status = feed_.learn(info_);
-    if (status != ZETAC_OK) return noteFailure(feed_, status);
+    std::deque<ZetacFrame> first;
+    ZetacStatus known = ZETAC_NEED_INPUT;
+    while (known == ZETAC_NEED_INPUT) {
+        ZetacFrame frame = ZETAC_FRAME_INIT;
+        const ZetacStatus status = next(frame);
+        if (status == ZETAC_END) return ZETAC_ERROR_NO_STREAM;
+        if (status != ZETAC_OK) return status;
+        first.push_back(frame);
+        known = zetacDecoderGetInfo(feed_.decoder(), &info_);
+    }
+    if (known != ZETAC_OK) return noteFailure(feed_, known);
+    pending_.swap(first);
     if (!options_.keepsGaps) {
         delay_ = info_.encoderDelay;
         padding_ = info_.encoderPadding;
@@ -118,9 +129,9 @@ ZetacStatus Reader::noteFailure(const Feed& feed, ZetacStatus status) {
 // --- Reading ------------------------------------------------------------------------------------
 
 ZetacStatus Reader::next(ZetacFrame& frame) {
-    if (pending_) {
-        frame = *pending_;
-        pending_.reset();
+    if (!pending_.empty()) {
+        frame = pending_.front();
+        pending_.pop_front();
         return ZETAC_OK;
     }
     const ZetacStatus status = noteFailure(feed_, feed_.pull(frame));
@@ -137,7 +148,7 @@ ZetacStatus Reader::read(ZetacFrame& frame) {
         if (!feed_.icy().title().empty()) tags_.set("title", feed_.icy().title());
         if (status != ZETAC_OK) return status;
         if (isBeyondTag(frame) && !held_.empty()) {
-            pending_ = frame;
+            pending_.push_front(frame);
             padding_ = 0;
             releaseHeld(frame);
             return ZETAC_OK;
@@ -278,7 +289,7 @@ ZetacStatus Reader::decodeTo(uint64_t raw, const SeekIndex::Point& from, bool& i
         isExact = isExact && !(counts && frame.damage.code != 0);
         rawPosition_ = frame.position + static_cast<uint64_t>(frame.samples);
     } while (rawPosition_ <= raw);
-    pending_ = frame;
+    pending_.push_back(frame);
     return ZETAC_OK;
 }
 
@@ -290,7 +301,7 @@ ZetacStatus Reader::seek(uint64_t sample) {
         return ZETAC_OK;
     }
     if (const ZetacStatus status = walkTo(raw); status != ZETAC_OK) return status;
-    pending_.reset();
+    pending_.clear();
     held_.clear();
     isOver_ = isScanned_ && raw >= scannedTo_;
     rawStart_ = raw;

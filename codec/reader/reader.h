@@ -7,8 +7,8 @@
 
 #include <zetac_codec.h>
 
+#include <deque>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "reader/feed.h"
@@ -73,7 +73,7 @@ class Reader {
     std::vector<uint8_t>
         held_;  // planes or interleaved samples that are padding unless more follow
     ZetacFrame heldFrame_ = ZETAC_FRAME_INIT;
-    std::optional<ZetacFrame> pending_;  // read already
+    std::deque<ZetacFrame> pending_;  // read already; only the last one has sound
     bool isOver_ = false;
 
     SeekIndex index_;
