@@ -97,6 +97,7 @@ DecodedFrame AacDecoder::decode(const RawBlock& block) {
     DecodedFrame result = render(failed(fault));
     result.fault = fault;
     result.sbrFault = sbrFault;
+    result.isIncomplete = isWaiting_;
     result.bytesUsed = std::min(parser_.bytesUsed(), block.data.size());
     return result;
 }
@@ -402,11 +403,13 @@ void AacDecoder::beginStereo(bool isFirst) {
 /** Reads the SBR data of all elements.
  *  @return the first fault */
 Fault AacDecoder::readSbr() {
+    isWaiting_ = false;
     if (!decodesSbr()) return Fault::kNone;
     Fault first = Fault::kNone;
     for (const AudioElement& element : parser_.elements()) {
         const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);
         if (!failed(first)) first = fault;
+        isWaiting_ = isWaiting_ || stateOf(element.firstChannel).sbr->parser().isWaiting();
     }
     if (isSingleWithSbr() && !stereo_ && stateOf(0).sbr->parser().hasParametricStereo()) {
         beginStereo(!hasSound_);
@@ -450,6 +453,7 @@ void AacDecoder::synthesiseSbr() {
         ChannelState& state = stateOf(index);
         if (state.sbr) {
             sbr = state.sbr.get();
+            sbr->beginFrame(frame_ - 1);
             first = index;
         }
         if (state.longTerm) {

@@ -286,7 +286,7 @@ ZetacStatus Reader::decodeTo(uint64_t raw, const SeekIndex::Point& from, bool& i
         const ZetacStatus status = noteFailure(feed_, feed_.pull(frame));
         if (status != ZETAC_OK) return status;
         const bool counts = frame.position + historySamples() > raw;
-        isExact = isExact && !(counts && frame.damage.code != 0);
+        isExact = isExact && !(counts && (frame.damage.code != 0 || frame.isIncomplete));
         rawPosition_ = frame.position + static_cast<uint64_t>(frame.samples);
     } while (rawPosition_ <= raw);
     pending_.push_back(frame);

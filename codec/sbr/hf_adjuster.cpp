@@ -107,8 +107,10 @@ struct SbrHfAdjuster::Frame {
     const SbrFrequencyTables& tables;
     const SbrChannel& channel;
     const HighBand& high;
-    int first;  // slot before which nothing is written
+    int first;             // slot before which nothing is written
+    unsigned firstNumber;  // of slot 0 in the stream
 
+    unsigned number(int slot) const { return firstNumber + static_cast<unsigned>(slot); }
     int padded() const { return paddedBands(tables.count()); }
     int slot(int envelope) const { return 2 * channel.grid.border[envelope]; }
 };
@@ -199,8 +201,6 @@ void SbrHfAdjuster::assemble(const Frame& f, int envelope, const Envelope& e, Ou
             addNoise(f, begin + i, gain, noise, output);
             if (e.hasSine) addSinusoids(f, begin + i, e.sine, output);
         }
-        noiseIndex_ = (noiseIndex_ + static_cast<unsigned>(count)) % kNoiseLength;
-        sinePhase_ = (sinePhase_ + 1) % 4;
     }
     gains_.push(e.gain, slots);
     noises_.push(e.noise, slots);
@@ -208,8 +208,10 @@ void SbrHfAdjuster::assemble(const Frame& f, int envelope, const Envelope& e, Ou
 
 void SbrHfAdjuster::addNoise(const Frame& f, int slot, const Row& gain, const Row& noise,
                              OutputBand& output) const {
-    const float* noiseRe = kNoise.re + (noiseIndex_ + 1) % kNoiseLength;
-    const float* noiseIm = kNoise.im + (noiseIndex_ + 1) % kNoiseLength;
+    const unsigned index =
+        (f.number(slot) - noiseOrigin_) * static_cast<unsigned>(f.tables.count());
+    const float* noiseRe = kNoise.re + (index + 1) % kNoiseLength;
+    const float* noiseIm = kNoise.im + (index + 1) % kNoiseLength;
     float* __restrict re = output.re[slot] + f.tables.kx();
     float* __restrict im = output.im[slot] + f.tables.kx();
     const int padded = f.padded();
@@ -223,19 +225,21 @@ void SbrHfAdjuster::addNoise(const Frame& f, int slot, const Row& gain, const Ro
 void SbrHfAdjuster::addSinusoids(const Frame& f, int slot, const Row& sine,
                                  OutputBand& output) const {
     const int kx = f.tables.kx();
-    const float even = sinePhase_ < 2 ? 1.F : -1.F;
-    const float odd = sinePhase_ % 2 ? -even : even;
-    float* part = (sinePhase_ % 2 ? output.im : output.re)[slot];
+    const unsigned phase = f.number(slot) % 4;
+    const float even = phase < 2 ? 1.F : -1.F;
+    const float odd = phase % 2 ? -even : even;
+    float* part = (phase % 2 ? output.im : output.re)[slot];
     for (int k = kx; k < kx + f.tables.count(); ++k)
         part[k] += sine.v[k - kx] * (k % 2 ? odd : even);
 }
 
 void SbrHfAdjuster::adjust(const SbrHeader& header, const SbrFrequencyTables& tables,
                            const SbrChannel& channel, bool isReset, const HighBand& high, int first,
-                           OutputBand& output) {
-    const Frame frame{header, tables, channel, high, first};
+                           unsigned firstNumber, OutputBand& output) {
+    const Frame frame{header, tables, channel, high, first, firstNumber};
     bool isSine[kQmfBands] = {};
-    if (isReset) noiseIndex_ = 0;
+    if (isReset) noiseOrigin_ = hasRun_ ? frame.number(frame.slot(0)) : 0;
+    hasRun_ = true;
     for (int l = 0; l < channel.grid.envelopes; ++l) {
         Envelope gains;
         std::fill(isSine, isSine + kQmfBands, false);
