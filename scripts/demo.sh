@@ -5,7 +5,7 @@ set -eu
 cd "$(dirname "$0")/.."
 . scripts/lib.sh
 
-install_missing g++ cmake ninja-build pkg-config libsndfile1-dev libsoxr-dev libcli11-dev
+install_missing g++ cmake ninja-build pkg-config libsndfile1-dev libsoxr-dev libcli11-dev nlohmann-json3-dev
 cmake --preset tool >/dev/null
 cmake --build --preset tool -j "$jobs"
 zetac=$(find build/tool -type f -name zetac -perm -u+x)

@@ -8,8 +8,8 @@
 #   scripts/mutate.sh --tree FOLDER      plants them in that checkout's files instead of this one's
 #
 # tests/mutations/README.md tells how a fault is written. A fault is
-#   caught   when one of its tests fails, crashes or takes over two minutes, or when a static_assert
-#            stops the build;
+#   caught   when one of its tests fails, crashes or takes more than a minute of the processor, or
+#            when a static_assert stops the build;
 #   missed   when all of them pass;
 #   stale    when its text no longer stands exactly once in the files it names, when it does not
 #            compile, or when its filter matches no test.
@@ -92,7 +92,7 @@ each_test() {
     done
 }
 
-add_target() { targets[$1]=1; }
+add_target() { [ "$1" = transcripts ] && targets[zetac]=1 || targets[$1]=1; }
 
 program() { find "$1/build" -name "$2" -type f -perm -u+x | head -n 1; }
 
@@ -101,10 +101,11 @@ run_test() {
     case $target in
     fuzz_*) set -- "$(program "$copy" "$target")" "$copy/tree/fuzz/corpus/${target#fuzz_}" ;;
     example_*) set -- "$(program "$copy" "$target")" ;;
+    transcripts) set -- ctest --test-dir "$copy/build" --stop-on-failure -R "^tool\.(${filter:-.*})$" -E memory ;;
     *) set -- "$(program "$copy" "$target")" --gtest_fail_fast --gtest_brief=1 --gtest_filter="${filter:-*}" ;;
     esac
     # The outer redirection keeps bash's own words about crashes out of the report.
-    { (cd "$copy/tree" && ulimit -v 8000000 && timeout -k 5 120 "$@") >"$copy/test.log" 2>&1; } 2>/dev/null
+    { (cd "$copy/tree" && ulimit -v 8000000 -t 60 && timeout -k 5 900 "$@") >"$copy/test.log" 2>&1; } 2>/dev/null
 }
 
 # check_test COPY TARGET FILTER: whether the filter matches a test and the tests pass without a fault.
@@ -113,6 +114,11 @@ check_test() {
     [ -z "${checked[$key]-}" ] || return 0
     case $2 in
     fuzz_* | example_*) ;;
+    transcripts)
+        if ! ctest --test-dir "$1/build" -N -R "^tool\.(${3:-.*})$" -E memory | grep -q 'Test *#'; then
+            echo "No transcript matches '$3'." && return 1
+        fi
+        ;;
     *)
         if ! "$(program "$1" "$2")" --gtest_list_tests --gtest_filter="${3:-*}" | grep -q '^  '; then
             echo "No test of $2 matches '$3'." && return 1

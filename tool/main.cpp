@@ -2,170 +2,46 @@
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
-#include <zetac.h>
-
-#include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
-#include <map>
+#include <cstring>
 
-#include "commands/commands.h"
+#include "commands/arguments.h"
+#include "io/descriptor.h"
+#include "io/signals.h"
 
 namespace {
 
-using zetac::tool::Outcome;
+using namespace zetac::tool;
 
-constexpr const char* kExitStatuses =
-    "Exit status: 0 all is well, 1 something was damaged and concealed or passed over,\n"
-    "2 a file could not be read, converted or written.";
+struct Run {
+    Outcome operator()(Outcome outcome) const { return outcome; }
+    Outcome operator()(const Command& command) const { return std::visit(*this, command); }
+    Outcome operator()(const InfoOptions& options) const { return runInfo(options); }
+    Outcome operator()(const DecodeOptions& options) const { return runDecode(options); }
+    Outcome operator()(const EncodeOptions& options) const { return runEncode(options); }
+};
 
-std::string versionText() {
-    const ZetLibraryVersion* v = zetacGetLibVersion();
-    return std::string("zetac on ") + v->Name + ", version " + v->Version + ", build " +
-           std::to_string(v->majorBuild) + "." + std::to_string(v->build) + " (" + v->targetCpu +
-           ", " + v->BuildDate + ")";
-}
-
-CLI::App* addInfo(CLI::App& app, zetac::tool::InfoOptions& options) {
-    CLI::App* info = app.add_subcommand("info", "Show what AAC and MP3 files are");
-    info->add_option("FILE", options.files, "AAC (ADTS or ADIF) or MP3 files; - is standard input")
-        ->required();
-    info->add_flag("--json", options.asJson, "Print a JSON array with one object per file");
-    info->footer(
-        "Examples:\n"
-        "  zetac info song.aac               container, profile, channels, duration, coding tools\n"
-        "  zetac info song.mp3               layer, mode, bit rate, duration, tags, coding tools\n"
-        "  zetac info --json *.aac           the same for programs\n" +
-        std::string(kExitStatuses));
-    return info;
-}
-
-/** The options that decoding and encoding share. */
-void addConversionOptions(CLI::App& command, zetac::tool::ConversionOptions& options,
-                          const std::string& format, const std::string& extension) {
-    command.add_option("-o,--output", options.output,
-                       format +
-                           " file, folder, or - for standard output; default: the input's "
-                           "name with " +
-                           extension);
-    command.add_option("-j,--jobs", options.jobs, "Files to work on at once; default: all cores")
-        ->check(CLI::PositiveNumber);
-    command.add_flag("-f,--force", options.isForced, "Overwrite existing output files");
-    command.add_flag("-q,--quiet", options.isQuiet, "Show errors only");
-}
-
-CLI::App* addDecode(CLI::App& app, zetac::tool::DecodeOptions& options) {
-    CLI::App* decode = app.add_subcommand("decode", "Decode AAC and MP3 files to 16-bit WAV");
-    decode
-        ->add_option("FILE", options.files, "AAC (ADTS or ADIF) or MP3 files; - is standard input")
-        ->required();
-    addConversionOptions(*decode, options, "WAV", ".wav");
-    decode->add_flag("--strict", options.isStrict,
-                     "Give up a file at its first damage instead of concealing it");
-    decode->add_flag_callback(
-        "--no-trim", [&options] { options.isTrimmed = false; },
-        "Keep the samples that an MP3 encoder says it added in front and behind");
-    CLI::Option* noSbr = decode->add_flag_callback(
-        "--no-sbr", [&options] { options.sbr.isOn = false; },
-        "Of HE-AAC decode the core alone, at half the rate");
-    decode
-        ->add_flag("--downsampled", options.sbr.isDownsampled,
-                   "Decode HE-AAC at the rate of its core, with the high band as far as it goes")
-        ->excludes(noSbr);
-    decode->add_flag("--float", options.sbr.isFloat,
-                     "Decode the high band of HE-AAC in floating instead of fixed point");
-    decode->footer(
-        "A damaged frame is reported with its place and replaced by a fade-out. HE-AAC comes out\n"
-        "at twice the rate of its core, HE-AAC v2 as mono; where its SBR data are damaged, the\n"
-        "high band is missing up to their next header.\n"
-        "Examples:\n"
-        "  zetac decode song.aac             writes song.wav\n"
-        "  zetac decode *.mp3 -o wavs        writes wavs/....wav, on all cores\n"
-        "  zetac decode song.aac -o - | aplay\n"
-        "  cat song.aac | zetac decode - -o song.wav\n" +
-        std::string(kExitStatuses));
-    return decode;
-}
-
-CLI::App* addEncode(CLI::App& app, zetac::tool::EncodeOptions& options) {
-    using zetac::tool::ChannelMode;
-    static const std::map<std::string, ChannelMode> kModes = {{"joint", ChannelMode::kJoint},
-                                                              {"stereo", ChannelMode::kStereo},
-                                                              {"mono", ChannelMode::kMono}};
-    CLI::App* encode = app.add_subcommand("encode", "Encode sound files to MP3");
-    encode
-        ->add_option("FILE", options.files,
-                     "WAV, FLAC, AIFF and other files of one or two channels; - is standard input")
-        ->required();
-    addConversionOptions(*encode, options, "MP3", ".mp3");
-    CLI::Option* bitRate =
-        encode
-            ->add_option("-b,--bit-rate", options.bitRate,
-                         "Constant bit rate in kbit/s; default: 128, mono 64")
-            ->check(CLI::IsMember({32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}));
-    encode
-        ->add_option("-V,--quality", options.quality,
-                     "Variable bit rate by quality, 0 (best) to 9 (smallest)")
-        ->check(CLI::Range(0, 9))
-        ->excludes(bitRate);
-    encode
-        ->add_option("-m,--mode", options.mode,
-                     "joint (default: M/S and intensity stereo where they help), stereo, or mono, "
-                     "which mixes two channels into one")
-        ->transform(CLI::CheckedTransformer(kModes, CLI::ignore_case).description("MODE"));
-    encode->add_flag("--crc", options.hasCrc, "Protect header and side information by a CRC-16");
-    encode->footer(
-        "The first frame tells players the length, what the encoder added at both ends, and where\n"
-        "to seek. Sound of another rate than 32, 44.1 or 48 kHz is resampled to the best of "
-        "these.\n"
-        "Examples:\n"
-        "  zetac encode song.wav             writes song.mp3 at 128 kbit/s\n"
-        "  zetac encode -b 256 *.flac -o mp3s\n"
-        "                                    writes mp3s/....mp3, on all cores\n"
-        "  zetac encode -V 2 song.aiff       as many bits as each frame needs\n"
-        "  zetac encode -m mono -b 48 talk.wav\n"
-        "  arecord -f cd -d 60 | zetac encode - -o minute.mp3\n" +
-        std::string(kExitStatuses));
-    return encode;
-}
-
-int run(int argc, char** argv) {
-    CLI::App app(
-        "zetac shows and decodes AAC (ADTS and ADIF; profiles LC, Main, LTP and HE) and MP3 files, "
-        "and encodes MP3.",
-        "zetac");
-    zetac::tool::InfoOptions infoOptions;
-    zetac::tool::DecodeOptions decodeOptions;
-    zetac::tool::EncodeOptions encodeOptions;
-    app.set_version_flag("--version", versionText);
-    app.require_subcommand(1);
-    CLI::App* info = addInfo(app, infoOptions);
-    CLI::App* decode = addDecode(app, decodeOptions);
-    addEncode(app, encodeOptions);
-    app.footer(
-        "Examples:\n"
-        "  zetac info song.aac               what is it?\n"
-        "  zetac decode song.aac             writes song.wav\n"
-        "  zetac encode song.wav             writes song.mp3\n"
-        "  zetac decode --help               all about decoding; likewise for encode");
+Outcome run(int argc, char** argv) {
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : static_cast<int>(Outcome::kFailed);
+        return std::visit(Run(), parseCommandLine(argc, argv));
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "zetac: %s\n", exception.what());
     }
-    if (*info) return static_cast<int>(runInfo(infoOptions));
-    if (*decode) return static_cast<int>(runDecode(decodeOptions));
-    return static_cast<int>(runEncode(encodeOptions));
+    return Outcome::kFailed;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return run(argc, argv);
-    } catch (const std::exception& exception) {
-        std::fprintf(stderr, "zetac: %s\n", exception.what());
-    } catch (...) {
-        std::fputs("zetac: unknown error\n", stderr);
+    reserveStandardDescriptors();
+    ignoreWriteSignals();
+    Outcome outcome = run(argc, argv);
+    if (!closeStandardOutput()) {
+        std::fprintf(stderr, "zetac: standard output cannot be written: %s\n",
+                     std::strerror(errno));
+        outcome = worse(outcome, Outcome::kFailed);
     }
-    return static_cast<int>(Outcome::kFailed);
+    if (outcome == Outcome::kInterrupted) endBySignal();
+    return static_cast<int>(outcome);
 }

@@ -8,6 +8,7 @@
 #include "io/file_data.h"
 #include "io/jobs.h"
 #include "io/sound_source.h"
+#include "io/stream_walk.h"
 #include "io/wav_output.h"
 
 namespace zetac::tool {
@@ -48,47 +49,42 @@ class FileDecoder {
     Outcome run();
 
   private:
-    void handle(const SoundSource& source, const SoundFrame& frame);
+    static constexpr uint64_t kReportsMax = 10;
+
+    void write(const SoundSource& source, const SoundFrame& frame);
     void openOutput(const SoundSource& source, size_t samples);
     void report(size_t position, const std::string& what);
-    void reportForeign(const ForeignBytes& foreign);
 
     const Job& job_;
     const DecodeOptions& options_;
     Console& console_;
     std::optional<WavOutput> output_;
     std::optional<Trimmer> trimmer_;
-    uint64_t goodFrames_ = 0;
     uint64_t silentFrames_ = 0;  // before the layout is known
-    uint64_t damages_ = 0;
+    uint64_t reports_ = 0;
 };
 
 Outcome FileDecoder::run() {
     const FileData data(job_.input);
     const auto source = openSound(data.bytes(), options_.sbr);
-    SoundFrame frame;
-    while (!isInterrupted() && source->next(frame)) {
-        reportForeign(source->foreign());
-        handle(*source, frame);
-        console_.advance(frame.inputBytes);
-    }
-    if (isInterrupted()) return Outcome::kInterrupted;
-    reportForeign(source->foreign());
-    if (goodFrames_ == 0) throw Failure("holds no frame that can be decoded");
+    const uint64_t damages = walkStream(
+        *source,
+        {.frame =
+             [&](const SoundFrame& frame) {
+                 write(*source, frame);
+                 console_.advance(frame.inputBytes);
+             },
+         .damage = [&](size_t position, const std::string& what) { report(position, what); }});
     output_->commit();
     for (const std::string& note : source->notes()) console_.note(job_.input, note);
-    constexpr uint64_t kReportsMax = 10;
-    if (damages_ > kReportsMax) {
-        console_.note(job_.input, std::to_string(damages_ - kReportsMax) + " more damages");
+    if (damages > kReportsMax) {
+        console_.note(job_.input, std::to_string(damages - kReportsMax) + " more damages");
     }
-    return damages_ > 0 ? Outcome::kDamaged : Outcome::kGood;
+    return damages > 0 ? Outcome::kDamaged : Outcome::kGood;
 }
 
-/** Reports a fault and writes the frame, concealed or not. Frames that come before the layout is
- *  known are made up for in silence when it is. */
-void FileDecoder::handle(const SoundSource& source, const SoundFrame& frame) {
-    if (frame.fault.empty() || frame.isHeard) ++goodFrames_;
-    if (!frame.fault.empty() && frame.isFaultNews) report(frame.position, frame.fault);
+/** Frames that come before the layout is known are made up for in silence when it is. */
+void FileDecoder::write(const SoundSource& source, const SoundFrame& frame) {
     if (frame.channels == 0) {
         ++silentFrames_;
         return;
@@ -99,7 +95,7 @@ void FileDecoder::handle(const SoundSource& source, const SoundFrame& frame) {
 
 void FileDecoder::openOutput(const SoundSource& source, size_t samples) {
     const codec::ChannelLayout& layout = source.layout();
-    output_.emplace(job_.output, source.sampleRate(), layout);
+    output_.emplace(job_.output, options_.isForced, source.sampleRate(), layout);
     const EncoderGaps gaps = options_.isTrimmed ? source.gaps() : EncoderGaps{};
     trimmer_.emplace(*output_, gaps, layout.channels());
     const std::vector<Zet16s> silence(samples * static_cast<size_t>(layout.channels()));
@@ -107,15 +103,9 @@ void FileDecoder::openOutput(const SoundSource& source, size_t samples) {
 }
 
 void FileDecoder::report(size_t position, const std::string& what) {
-    constexpr uint64_t kReportsMax = 10;
     const std::string text = "at byte " + std::to_string(position) + ": " + what;
     if (options_.isStrict) throw Failure(text);
-    if (++damages_ <= kReportsMax) console_.note(job_.input, text);
-}
-
-void FileDecoder::reportForeign(const ForeignBytes& foreign) {
-    if (foreign.count == 0) return;
-    report(foreign.position, std::to_string(foreign.count) + " bytes that belong to no frame");
+    if (++reports_ <= kReportsMax) console_.note(job_.input, text);
 }
 
 }  // namespace

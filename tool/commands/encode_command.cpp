@@ -7,10 +7,11 @@
 
 #include "commands/commands.h"
 #include "console/console.h"
-#include "io/file_data.h"
+#include "io/failure.h"
 #include "io/jobs.h"
 #include "io/output_file.h"
 #include "io/pcm_input.h"
+#include "io/signals.h"
 
 namespace zetac::tool {
 namespace {
@@ -105,7 +106,7 @@ Outcome encodeFile(const Job& job, const EncodeOptions& options, Console& consol
     std::vector<Zet16s> pcm;
     if (!input.read(pcm)) throw Failure("holds no sound");
     Encoder encoder(optionsFor(options, input));
-    OutputFile output(job.output);
+    OutputFile output(job.output, options.isForced);
     Progress progress(job.input, console);
     std::vector<Zet8u> stream;
     do {
@@ -113,8 +114,8 @@ Outcome encodeFile(const Job& job, const EncodeOptions& options, Console& consol
         output.write(stream);
         stream.clear();
         progress.set(input.progress());
-    } while (!isInterrupted() && input.read(pcm));
-    if (isInterrupted()) return Outcome::kInterrupted;
+        stopIfInterrupted();
+    } while (input.read(pcm));
     encoder.finish(stream);
     output.write(stream);
     output.rewriteStart(encoder.infoFrame());
@@ -126,7 +127,10 @@ Outcome encodeFile(const Job& job, const EncodeOptions& options, Console& consol
     if (input.limitedSamples() > 0)
         console.note(job.input, std::to_string(input.limitedSamples()) +
                                     " samples beyond full scale were limited");
-    return Outcome::kGood;
+    const std::string damage = input.damage();
+    if (damage.empty()) return Outcome::kGood;
+    console.note(job.input, damage);
+    return Outcome::kDamaged;
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "console/text.h"
+
 namespace zetac::tool {
 
 Console::Console(bool isQuiet)
@@ -29,8 +31,8 @@ void Console::note(const std::string& file, const std::string& text) {
 void Console::print(const std::string& file, const std::string& text) {
     const std::lock_guard lock(mutex_);
     erase();
-    const char* name = file == "-" ? "standard input" : file.c_str();
-    std::fprintf(stderr, "zetac: %s: %s\n", name, text.c_str());
+    const std::string line = (file == "-" ? "standard input" : file) + ": " + text;
+    std::fprintf(stderr, "zetac: %s\n", shownOn(STDERR_FILENO, line).c_str());
 }
 
 void Console::expect(uint64_t bytes) {

@@ -2,43 +2,40 @@
 // Copyright (c) 2026, The Zetac authors
 #include "io/file_data.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <memory>
 
 #include "base/bits.h"
+#include "io/descriptor.h"
+#include "io/signals.h"
 
 namespace zetac::tool {
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const {
-        if (file != stdin) std::fclose(file);
-    }
-};
-
-}  // namespace
 
 FileData::FileData(const std::string& path) {
     constexpr size_t kChunk = size_t{1} << 20;
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) throw Failure("is a folder");
-    std::unique_ptr<std::FILE, CloseFile> file(path == "-" ? stdin
-                                                           : std::fopen(path.c_str(), "rb"));
-    if (!file) throw Failure(std::string("cannot be opened: ") + std::strerror(errno));
-    const auto expected = std::filesystem::file_size(path, ignored);
-    size_t room = ignored ? kChunk : static_cast<size_t>(expected) + 1;
+    const Descriptor opened(path == "-" ? -1 : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const int file = path == "-" ? STDIN_FILENO : opened.get();
+    struct stat status {};
+    if (file < 0 || fstat(file, &status) != 0)
+        throw Failure(std::string("cannot be opened: ") + std::strerror(errno));
+    if (S_ISDIR(status.st_mode)) throw Failure("is a folder");
+    size_t room = S_ISREG(status.st_mode) ? static_cast<size_t>(status.st_size) + 1 : kChunk;
     for (;;) {
         storage_.resize(size_ + room);
-        const size_t count = std::fread(storage_.data() + size_, 1, room, file.get());
-        size_ += count;
-        if (count < room) break;
+        const ssize_t count = read(file, storage_.data() + size_, room);
+        if (count < 0 && errno != EINTR)
+            throw Failure(std::string("cannot be read: ") + std::strerror(errno));
+        stopIfInterrupted();
+        if (count == 0) break;
+        if (count > 0) size_ += static_cast<size_t>(count);
         room = kChunk;
+        if (size_ > kEndlessBytesMax && !S_ISREG(status.st_mode))
+            throw Failure("has no end within 512 MiB, the most that is taken from a pipe");
     }
-    if (std::ferror(file.get())) throw Failure("cannot be read");
-    storage_.resize(size_);
     storage_.resize(size_ + codec::kReadAhead);
     if (size_ == 0) throw Failure("is empty");
 }

@@ -10,20 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "io/failure.h"
+
 namespace zetac::tool {
-
-/** What stops the work on a file; what() is the line for the user, without the file's name. */
-class Failure : public std::exception {
-  public:
-    explicit Failure(std::string text) : text_(std::move(text)) {}
-    const char* what() const noexcept override { return text_.c_str(); }
-
-  private:
-    std::string text_;
-};
 
 class FileData {
   public:
+    /** Most bytes of a pipe or a device, which may have no end. */
+    static constexpr size_t kEndlessBytesMax = size_t{1} << 29;
+
     /** Reads a file, or standard input for "-". Throws Failure. */
     explicit FileData(const std::string& path);
 

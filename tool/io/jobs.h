@@ -17,14 +17,12 @@ struct Job {
     std::string output;
 };
 
-/** A signal asks to stop: the work then ends between two frames and leaves nothing behind. */
-bool isInterrupted();
+/** Does one file; throws Failure. */
+using Work = std::function<Outcome(const Job&, Console&)>;
 
 /** Runs a command over its files. Outputs are planned before the first file is touched, and what
  *  would destroy a file is refused.
- *  @param extension  of the outputs, with its dot
- *  @param run        does one file; throws Failure */
-Outcome runJobs(const ConversionOptions& options, const std::string& extension,
-                const std::function<Outcome(const Job&, Console&)>& run);
+ *  @param extension  of the outputs, with its dot */
+Outcome runJobs(ConversionOptions options, const std::string& extension, const Work& work);
 
 }  // namespace zetac::tool

@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,23 +34,26 @@ class PcmInput {
     size_t limitedSamples() const { return limited_; }
     /** Of the file, how much has been read; 0 when its length is not known. */
     double progress() const;
+    /** At the end: why the file is not whole; empty when it is. */
+    std::string damage() const;
 
-    /** Appends samples, interleaved, in place of what is in pcm; false at the end. */
+    /** Puts samples, interleaved, in place of what is in pcm: a block at most; false at the end. */
     bool read(std::vector<Zet16s>& pcm);
 
   private:
     struct Closer {
         void operator()(SNDFILE* file) const { sf_close(file); }
     };
-    /** Standard input in memory, for libsndfile to look around in. */
+    /** A pipe in memory, for libsndfile to look around in. */
     struct Memory {
         FileData data;
         sf_count_t position = 0;
     };
 
     void open(const std::string& path);
+    void fill();
     void mixDown(std::vector<float>& samples) const;
-    void convert(const std::vector<float>& samples, std::vector<Zet16s>& pcm);
+    void convert(std::span<const float> samples, std::vector<Zet16s>& pcm);
 
     std::unique_ptr<Memory> memory_;
     std::unique_ptr<SNDFILE, Closer> file_;
@@ -57,7 +61,11 @@ class PcmInput {
     int channels_ = 0;
     int sampleRate_ = 0;
     std::optional<Resampler> resampler_;
+    std::vector<float> block_;      // as read
+    std::span<const float> left_;   // of it, not yet taken
+    std::vector<float> resampled_;  // a block
     bool isAtEnd_ = false;
+    std::string error_;  // that broke the reading off
     sf_count_t position_ = 0;
     size_t limited_ = 0;
 };

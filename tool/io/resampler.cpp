@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "io/file_data.h"
+#include "io/failure.h"
 
 #ifdef ZETAC_HAS_SOXR
 
@@ -14,7 +14,6 @@ namespace zetac::tool {
 
 struct Resampler::Soxr {
     soxr_t handle;
-    double ratio;
     size_t channels;
 };
 
@@ -25,32 +24,22 @@ Resampler::Resampler(int from, int to, int channels) {
     soxr_t handle =
         soxr_create(from, to, static_cast<unsigned>(channels), &error, &io, &quality, nullptr);
     if (error) throw Failure(std::string("cannot be resampled: ") + soxr_strerror(error));
-    soxr_ = std::make_unique<Soxr>(
-        Soxr{handle, static_cast<double>(to) / from, static_cast<size_t>(channels)});
+    soxr_ = std::make_unique<Soxr>(Soxr{handle, static_cast<size_t>(channels)});
 }
 
 Resampler::~Resampler() {
     if (soxr_) soxr_delete(soxr_->handle);
 }
 
-std::vector<float> Resampler::process(const std::vector<float>& samples, bool isEnd) {
-    constexpr size_t kRoom = 4096;
-    std::vector<float> result;
-    const float* source = samples.data();
-    size_t left = samples.size() / soxr_->channels;
-    for (;;) {
-        const size_t room = static_cast<size_t>(static_cast<double>(left) * soxr_->ratio) + kRoom;
-        const size_t before = result.size();
-        result.resize(before + room * soxr_->channels);
-        size_t taken = 0, made = 0;
-        const soxr_error_t error = soxr_process(soxr_->handle, left > 0 ? source : nullptr, left,
-                                                &taken, &result[before], room, &made);
-        if (error) throw Failure(std::string("cannot be resampled: ") + soxr_strerror(error));
-        result.resize(before + made * soxr_->channels);
-        source += taken * soxr_->channels;
-        left -= taken;
-        if (left == 0 && (!isEnd || made < room)) return result;
-    }
+size_t Resampler::process(std::span<const float>& input, std::span<float> output) {
+    const size_t channels = soxr_->channels;
+    size_t taken = 0, made = 0;
+    const soxr_error_t error =
+        soxr_process(soxr_->handle, input.empty() ? nullptr : input.data(), input.size() / channels,
+                     &taken, output.data(), output.size() / channels, &made);
+    if (error) throw Failure(std::string("cannot be resampled: ") + soxr_strerror(error));
+    input = input.subspan(taken * channels);
+    return made;
 }
 
 }  // namespace zetac::tool
@@ -68,8 +57,8 @@ Resampler::Resampler(int from, int, int) {
 
 Resampler::~Resampler() = default;
 
-std::vector<float> Resampler::process(const std::vector<float>& samples, bool) {
-    return samples;
+size_t Resampler::process(std::span<const float>&, std::span<float>) {
+    return 0;
 }
 
 }  // namespace zetac::tool

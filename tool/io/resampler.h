@@ -5,13 +5,15 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace zetac::tool {
 
+/** Input and output begin at the same time. Methods throw Failure. */
 class Resampler {
   public:
-    /** Throws Failure in builds without libsoxr. */
+    /** Fails in builds without libsoxr. */
     Resampler(int from, int to, int channels);
     ~Resampler();
     Resampler(const Resampler&) = delete;
@@ -19,9 +21,10 @@ class Resampler {
     Resampler& operator=(const Resampler&) = delete;
     Resampler& operator=(Resampler&&) = delete;
 
-    /** Takes samples, interleaved, and gives those that can be made of all so far; at the end, the
-     *  rest. Input and output begin at the same time. */
-    std::vector<float> process(const std::vector<float>& samples, bool isEnd);
+    /** Takes samples, interleaved, as many as it can, off the front of the input; an empty input is
+     *  the end. Fills the output with what can be made of all so far.
+     *  @return samples per channel in the output */
+    size_t process(std::span<const float>& input, std::span<float> output);
 
   private:
     struct Soxr;

@@ -5,7 +5,9 @@
 #include <algorithm>
 
 #include "aac/decoder.h"
-#include "io/file_data.h"
+#include "inspect/aac_inspector.h"
+#include "inspect/mp3_inspector.h"
+#include "io/failure.h"
 #include "mp3/decoder.h"
 
 namespace zetac::tool {
@@ -25,17 +27,18 @@ codec::DecoderOptions decoderOptions(std::span<const Zet8u> data, const SbrOptio
 
 class AacSource : public SoundSource {
   public:
-    AacSource(std::span<const Zet8u> data, const SbrOptions& sbr)
+    AacSource(std::span<const Zet8u> data, const SbrOptions& sbr, bool isDecoded)
         : stream_(codec::openStream(data)),
           decoder_(decoderOptions(data, sbr)),
-          pcm_(codec::kPcmValuesMax) {}
+          pcm_(isDecoded ? codec::kPcmValuesMax : 0) {}
 
     bool next(SoundFrame& frame) override {
         codec::RawBlock block;
         const bool isThere = stream_->next(block);
         foreign_ = {stream_->skippedPosition(), stream_->skippedBytes()};
         if (!isThere) return false;
-        const codec::DecodedFrame decoded = decoder_.decode(block, pcm_.data());
+        const codec::DecodedFrame decoded = decoder_.decode(block, pcm());
+        inspector_.add(block, decoded, decoder_);
         stream_->finish(decoded.bytesUsed, !failed(decoded.fault));
         if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         hasSbr_ = hasSbr_ || (!failed(decoded.fault) && decoder_.parser().hasSbr());
@@ -43,7 +46,7 @@ class AacSource : public SoundSource {
                  .inputBytes = block.data.size(),
                  .fault = {},
                  .isFaultNews = true,
-                 .pcm = pcm_.data(),
+                 .pcm = pcm(),
                  .channels = decoded.channels,
                  .samples = static_cast<size_t>(decoded.samples),
                  .isHeard = !failed(decoded.fault)};
@@ -59,6 +62,7 @@ class AacSource : public SoundSource {
     ForeignBytes foreign() const override { return foreign_; }
     int sampleRate() const override { return decoder_.sampleRate(); }
     const codec::ChannelLayout& layout() const override { return *decoder_.parser().layout(); }
+    codec::StreamSummary summary() const override { return inspector_.summary(*stream_); }
 
     std::vector<std::string> notes() const override {
         if (!hasSbr_) return {};
@@ -70,8 +74,11 @@ class AacSource : public SoundSource {
     }
 
   private:
+    Zet16s* pcm() { return pcm_.empty() ? nullptr : pcm_.data(); }
+
     std::unique_ptr<codec::BlockStream> stream_;
     codec::AacDecoder decoder_;
+    codec::AacInspector inspector_;
     std::vector<Zet16s> pcm_;
     ForeignBytes foreign_;
     bool hasSbr_ = false;
@@ -80,14 +87,16 @@ class AacSource : public SoundSource {
 /** Frames may change between mono and stereo; what comes out has the channels of the first one. */
 class Mp3Source : public SoundSource {
   public:
-    explicit Mp3Source(std::span<const Zet8u> data) : stream_(codec::Mp3Stream::open(data)) {}
+    Mp3Source(std::span<const Zet8u> data, bool isDecoded)
+        : data_(data), stream_(codec::Mp3Stream::open(data)), isDecoded_(isDecoded) {}
 
     bool next(SoundFrame& frame) override {
         codec::Mp3Frame coded;
         const bool isThere = stream_->next(coded);
         foreign_ = {stream_->foreign().position, stream_->foreign().bytes};
         if (!isThere) return false;
-        const codec::Mp3DecodedFrame decoded = decoder_.decode(coded, pcm_);
+        const codec::Mp3DecodedFrame decoded = decoder_.decode(coded, isDecoded_ ? pcm_ : nullptr);
+        inspector_.add(coded, decoded, decoder_);
         if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         if (!layout_) layout_ = codec::ChannelLayout::fromConfiguration(decoded.channels);
         if (decoded.channels != layout_->channels()) convertChannels(decoded.samples);
@@ -96,7 +105,7 @@ class Mp3Source : public SoundSource {
                  .inputBytes = coded.data.size(),
                  .fault = {},
                  .isFaultNews = !(isMuted && isMuted_),
-                 .pcm = pcm_,
+                 .pcm = isDecoded_ ? pcm_ : nullptr,
                  .channels = layout_->channels(),
                  .samples = static_cast<size_t>(decoded.samples)};
         if (failed(decoded.fault)) frame.fault = decoded.fault.text;
@@ -107,6 +116,7 @@ class Mp3Source : public SoundSource {
     ForeignBytes foreign() const override { return foreign_; }
     int sampleRate() const override { return decoder_.sampleRate(); }
     const codec::ChannelLayout& layout() const override { return *layout_; }
+    codec::StreamSummary summary() const override { return inspector_.summary(*stream_, data_); }
 
     /** The tag counts what the encoder added; the filter banks of a decoder delay by 529 samples
      *  more. */
@@ -128,6 +138,7 @@ class Mp3Source : public SoundSource {
   private:
     void convertChannels(int samples) {
         isConverted_ = true;
+        if (!isDecoded_) return;
         if (layout_->channels() == 2) {
             for (int i = samples; i-- > 0;) pcm_[2 * i] = pcm_[2 * i + 1] = pcm_[i];
         } else {
@@ -137,8 +148,11 @@ class Mp3Source : public SoundSource {
         }
     }
 
+    std::span<const Zet8u> data_;
     std::unique_ptr<codec::Mp3Stream> stream_;
+    bool isDecoded_;
     codec::Mp3Decoder decoder_;
+    codec::Mp3Inspector inspector_;
     Zet16s pcm_[codec::kMp3PcmValuesMax];
     std::optional<codec::ChannelLayout> layout_;
     ForeignBytes foreign_;
@@ -149,19 +163,16 @@ class Mp3Source : public SoundSource {
 }  // namespace
 
 /** Either codec's sync may turn up inside a file of the other; the first one in the file counts. */
-Codec identify(std::span<const Zet8u> data) {
+std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr,
+                                       bool isDecoded) {
     const auto aac = codec::openStream(data);
     const auto mp3 = codec::Mp3Stream::open(data);
     if (!aac && !mp3) {
         throw Failure("is neither AAC nor MP3: there is no ADTS, ADIF or MPEG audio header");
     }
-    if (aac && mp3) return aac->start() < mp3->start() ? Codec::kAac : Codec::kMp3;
-    return aac ? Codec::kAac : Codec::kMp3;
-}
-
-std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr) {
-    if (identify(data) == Codec::kAac) return std::make_unique<AacSource>(data, sbr);
-    return std::make_unique<Mp3Source>(data);
+    if (aac && (!mp3 || aac->start() < mp3->start()))
+        return std::make_unique<AacSource>(data, sbr, isDecoded);
+    return std::make_unique<Mp3Source>(data, isDecoded);
 }
 
 }  // namespace zetac::tool

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/layout.h"
+#include "inspect/summary.h"
 
 namespace zetac::tool {
 
@@ -21,7 +22,7 @@ struct SoundFrame {
     size_t inputBytes = 0;        // that it took
     std::string fault;            // what is wrong with it; empty when it is good
     bool isFaultNews = true;      // false: the fault of the frame before goes on
-    const Zet16s* pcm = nullptr;  // interleaved in the order of WAV files
+    const Zet16s* pcm = nullptr;  // interleaved in the order of WAV files; null without sound
     int channels = 0;             // 0: silent, because no layout is known yet
     size_t samples = 0;           // per channel
     bool isHeard = false;         // in spite of its fault
@@ -57,14 +58,11 @@ class SoundSource {
     /** Once a frame has channels; it stays the same. */
     virtual const codec::ChannelLayout& layout() const = 0;
     virtual EncoderGaps gaps() const { return {}; }
+    /** What is in the frames so far. */
+    virtual codec::StreamSummary summary() const = 0;
     /** What the user should know at the end. */
     virtual std::vector<std::string> notes() const = 0;
 };
-
-enum class Codec { kAac, kMp3 };
-
-/** Which codec the bytes are of, by their content. Throws Failure when they are neither. */
-Codec identify(std::span<const Zet8u> data);
 
 /** How HE-AAC is decoded. */
 struct SbrOptions {
@@ -74,7 +72,9 @@ struct SbrOptions {
 };
 
 /** Throws Failure when the bytes are no sound.
- *  @param data  with kReadAhead readable bytes behind it; must outlive the source */
-std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr);
+ *  @param data       with kReadAhead readable bytes behind it; must outlive the source
+ *  @param isDecoded  false: frames are read and checked as usual, but no sound is made */
+std::unique_ptr<SoundSource> openSound(std::span<const Zet8u> data, const SbrOptions& sbr,
+                                       bool isDecoded = true);
 
 }  // namespace zetac::tool

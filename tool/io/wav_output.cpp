@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "io/file_data.h"
+#include "io/failure.h"
 
 namespace zetac::tool {
 namespace {
@@ -15,19 +15,24 @@ constexpr uint64_t kDataBytesMax = UINT32_MAX - 4096;
 
 }  // namespace
 
-WavOutput::WavOutput(std::string path, int sampleRate, const codec::ChannelLayout& layout)
-    : output_(std::move(path)), channels_(layout.channels()) {
+WavOutput::WavOutput(const std::string& path, bool mayReplace, int sampleRate,
+                     const codec::ChannelLayout& layout)
+    : output_(path, mayReplace), channels_(layout.channels()) {
     SF_INFO info{};
     info.samplerate = sampleRate;
     info.channels = channels_;
     info.format = SF_FORMAT_PCM_16 | (channels_ > 2 ? SF_FORMAT_WAVEX : SF_FORMAT_WAV);
     file_ = sf_open_fd(output_.descriptor(), SFM_WRITE, &info, SF_FALSE);
-    if (!file_) throw Failure(std::string("cannot be written: ") + sf_strerror(nullptr));
+    if (!file_) fail(sf_strerror(nullptr));
     if (channels_ > 2 && layout.hasSpeakers()) setChannelMask(layout);
 }
 
 WavOutput::~WavOutput() {
     if (file_) sf_close(file_);
+}
+
+void WavOutput::fail(const char* reason) const {
+    throw Failure(output_.name(), std::string("cannot be written: ") + reason);
 }
 
 void WavOutput::setChannelMask(const codec::ChannelLayout& layout) {
@@ -52,17 +57,17 @@ void WavOutput::setChannelMask(const codec::ChannelLayout& layout) {
 
 void WavOutput::write(const Zet16s* interleaved, size_t samplesPerChannel) {
     bytes_ += samplesPerChannel * static_cast<size_t>(channels_) * sizeof(Zet16s);
-    if (bytes_ > kDataBytesMax) throw Failure("is too long for a WAV file, which ends at 4 GiB");
+    if (bytes_ > kDataBytesMax) fail("a WAV file ends at 4 GiB");
     const auto count = static_cast<sf_count_t>(samplesPerChannel);
     if (sf_writef_short(file_, interleaved, count) != count) {
-        throw Failure(std::string("cannot be written: ") + sf_strerror(file_));
+        fail(sf_strerror(file_));
     }
 }
 
 void WavOutput::commit() {
     const int status = sf_close(file_);
     file_ = nullptr;
-    if (status != 0) throw Failure(std::string("cannot be written: ") + sf_error_number(status));
+    if (status != 0) fail(sf_error_number(status));
     output_.commit();
 }
 

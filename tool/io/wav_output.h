@@ -17,8 +17,10 @@ namespace zetac::tool {
 /** Nothing remains without commit(), as OutputFile has it. Methods throw Failure. */
 class WavOutput {
   public:
-    /** @param path  "-" for standard output */
-    WavOutput(std::string path, int sampleRate, const codec::ChannelLayout& layout);
+    /** @param path        "-" for standard output
+     *  @param mayReplace  as OutputFile has it */
+    WavOutput(const std::string& path, bool mayReplace, int sampleRate,
+              const codec::ChannelLayout& layout);
     ~WavOutput();
     WavOutput(const WavOutput&) = delete;
     WavOutput(WavOutput&&) = delete;
@@ -29,6 +31,7 @@ class WavOutput {
     void commit();
 
   private:
+    [[noreturn]] void fail(const char* reason) const;
     void setChannelMask(const codec::ChannelLayout& layout);
 
     OutputFile output_;
