@@ -21,7 +21,7 @@ if(sanitizers)
 endif()
 
 # What the code of the library itself is built with. No frame may grow beyond 16 KiB, so that the
-# library runs on the small stacks of audio threads; instrumentation inflates frames and is exempt.
+# library runs on the small stacks of audio threads; other builds than the product's are exempt.
 function(zetac_library_options target)
   set_target_properties(${target} PROPERTIES
     POSITION_INDEPENDENT_CODE ON
@@ -29,6 +29,13 @@ function(zetac_library_options target)
     VISIBILITY_INLINES_HIDDEN ON)
   target_compile_options(${target} PRIVATE -fno-exceptions -fno-rtti -fno-threadsafe-statics)
   if(NOT ZETAC_SANITIZE)
-    target_compile_options(${target} PRIVATE ${ZETAC_OPTIMIZATION} -Wframe-larger-than=16384)
+    target_compile_options(${target} PRIVATE ${ZETAC_OPTIMIZATION}
+      $<$<STREQUAL:${ZETAC_OPTIMIZATION},-O3>:-Wframe-larger-than=16384>)
   endif()
 endfunction()
+
+# Kernels are compiled for every instruction-set level, which is most of the time of a build.
+option(ZETAC_FEW_LEVELS "Compile kernels for the baseline and AVX2 only" OFF)
+if(ZETAC_FEW_LEVELS)
+  add_compile_definitions(ZETAC_FEW_LEVELS)
+endif()

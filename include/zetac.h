@@ -1,5 +1,5 @@
-/* Zetac: audio-coding primitives behind a plain C interface.
- *
+/** Zetac: audio-coding primitives behind a plain C interface.
+ * @file
  * SPDX-License-Identifier: BSD-2-Clause
  * Copyright (c) 2026, The Zetac authors
  *
@@ -41,7 +41,7 @@
 #include <stdint.h>
 
 #if defined(__GNUC__)
-#define ZETAC_API __attribute__((visibility("default")))
+#define ZETAC_API __attribute__((visibility("default"))) /**< marks what is exported */
 #else
 #define ZETAC_API
 #endif

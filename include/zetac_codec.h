@@ -1,5 +1,5 @@
-/* libzetac: streams of AAC and MP3 to PCM, and PCM to MP3, behind a plain C interface.
- *
+/** libzetac: streams of AAC and MP3 to PCM, and PCM to MP3, behind a plain C interface.
+ * @file
  * SPDX-License-Identifier: BSD-2-Clause
  * Copyright (c) 2026, The Zetac authors
  *
@@ -40,7 +40,7 @@
 #include <stdint.h>
 
 #if defined(__GNUC__)
-#define ZETAC_CODEC_API __attribute__((visibility("default")))
+#define ZETAC_CODEC_API __attribute__((visibility("default"))) /**< marks what is exported */
 #else
 #define ZETAC_CODEC_API
 #endif
@@ -177,7 +177,7 @@ typedef struct ZetacStreamInfo {
     uint32_t encoderPadding; /**< samples behind */
 } ZetacStreamInfo;
 
-#define ZETAC_STREAM_INFO_INIT ZETAC_INIT_(ZetacStreamInfo)
+#define ZETAC_STREAM_INFO_INIT ZETAC_INIT_(ZetacStreamInfo) /**< empty, with its size */
 
 /** A frame of PCM. Its samples belong to the object that gave it, until the next call with that
  *  object. */
@@ -187,9 +187,9 @@ typedef struct ZetacFrame {
                                                planes[0] */
     int32_t samples;                        /**< of each channel; 0 for a damaged piece without any
                                                sound to give, and with ZETAC_END */
-    int32_t channels;
-    int32_t sampleRate;    /**< Hz */
-    int32_t sampleFormat;  /**< ZetacSampleFormat */
+    int32_t channels;                       /**< 1 to ZETAC_CHANNELS_MAX */
+    int32_t sampleRate;                     /**< Hz */
+    int32_t sampleFormat;                   /**< ZetacSampleFormat */
     int32_t isFormatNew;   /**< rate or channels differ from those of the frame before, or this is
                               the first one */
     uint64_t position;     /**< of its first sample in the output */
@@ -199,7 +199,7 @@ typedef struct ZetacFrame {
     ZetacDamage damage;    /**< code 0: the frame is good */
 } ZetacFrame;
 
-#define ZETAC_FRAME_INIT ZETAC_INIT_(ZetacFrame)
+#define ZETAC_FRAME_INIT ZETAC_INIT_(ZetacFrame) /**< empty, with its size */
 
 /* ------------------------------------------------------------------------------------------------
  * Decoder
@@ -243,7 +243,7 @@ typedef struct ZetacDecoderOptions {
                               lengths and reports, and null planes */
 } ZetacDecoderOptions;
 
-#define ZETAC_DECODER_OPTIONS_INIT ZETAC_INIT_(ZetacDecoderOptions)
+#define ZETAC_DECODER_OPTIONS_INIT ZETAC_INIT_(ZetacDecoderOptions) /**< empty, with its size */
 
 /** A decoder of one stream. */
 typedef struct ZetacDecoder ZetacDecoder;
@@ -350,7 +350,7 @@ typedef struct ZetacReaderOptions {
                                     header icy-metaint has it; 0: look for a header in front */
 } ZetacReaderOptions;
 
-#define ZETAC_READER_OPTIONS_INIT ZETAC_INIT_(ZetacReaderOptions)
+#define ZETAC_READER_OPTIONS_INIT ZETAC_INIT_(ZetacReaderOptions) /**< empty, with its size */
 
 /** A reader of one stream. */
 typedef struct ZetacReader ZetacReader;
@@ -449,26 +449,26 @@ typedef struct ZetacEncoderOptions {
     int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate */
 } ZetacEncoderOptions;
 
-#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_INIT_(ZetacEncoderOptions)
+#define ZETAC_ENCODER_OPTIONS_INIT ZETAC_INIT_(ZetacEncoderOptions) /**< empty, with its size */
 
 /** A piece of a coded stream. It belongs to the encoder until the next call. */
 typedef struct ZetacPacket {
-    size_t size; /**< of this structure */
-    const uint8_t* data;
-    size_t bytes;
-    int32_t samples;   /**< that it decodes to; 0 for the information frame */
-    uint64_t position; /**< of its first sample among all that a decoder gives */
-    int32_t isInfo;    /**< the information frame: to be replaced by zetacEncoderGetInfoFrame's at
-                          the end, where the output can be rewound */
+    size_t size;         /**< of this structure */
+    const uint8_t* data; /**< the encoder's; valid until its next call */
+    size_t bytes;        /**< of data */
+    int32_t samples;     /**< that it decodes to; 0 for the information frame */
+    uint64_t position;   /**< of its first sample among all that a decoder gives */
+    int32_t isInfo;      /**< the information frame: to be replaced by zetacEncoderGetInfoFrame's at
+                            the end, where the output can be rewound */
 } ZetacPacket;
 
-#define ZETAC_PACKET_INIT ZETAC_INIT_(ZetacPacket)
+#define ZETAC_PACKET_INIT ZETAC_INIT_(ZetacPacket) /**< empty, with its size */
 
 /** What containers and players must know of a stream. */
 typedef struct ZetacEncoderInfo {
-    size_t size;        /**< of this structure */
-    int32_t sampleRate; /**< Hz */
-    int32_t channels;
+    size_t size;           /**< of this structure */
+    int32_t sampleRate;    /**< Hz */
+    int32_t channels;      /**< 1 or 2 */
     int32_t frameSamples;  /**< of a packet */
     int32_t bitRate;       /**< bit/s: constant or, so far, mean */
     int32_t lowpass;       /**< Hz */
@@ -481,7 +481,7 @@ typedef struct ZetacEncoderInfo {
     size_t infoFrameBytes; /**< of the information frame */
 } ZetacEncoderInfo;
 
-#define ZETAC_ENCODER_INFO_INIT ZETAC_INIT_(ZetacEncoderInfo)
+#define ZETAC_ENCODER_INFO_INIT ZETAC_INIT_(ZetacEncoderInfo) /**< empty, with its size */
 
 /** An encoder of one stream. */
 typedef struct ZetacEncoder ZetacEncoder;
