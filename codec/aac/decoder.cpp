@@ -336,7 +336,7 @@ void AacDecoder::synthesiseCore(int channel, Zet32s* core) {
     const int rest = kSbrCoreFraction - fraction;
     const Zet32s max = ZETAC_SBR_ANALYSIS_MAX >> rest;
     for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
-        core[i] = std::clamp(c.spectrum[i], -max, max) * (1 << rest);
+        core[i] = std::max(std::min(c.spectrum[i], max), -max) * (1 << rest);
     }
 }
 
