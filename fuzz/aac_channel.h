@@ -1,5 +1,8 @@
 // The outputs of the noiseless decoders, each in a heap block of its documented size, and what
 // holds of them.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "aac_input.h"

@@ -1,4 +1,7 @@
 // Both forms of the channel pair reader.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac_input.h"
 
 using namespace zetac::fuzz;

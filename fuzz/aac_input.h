@@ -1,5 +1,8 @@
 // A fuzz input of the AAC readers: some bytes of arguments, then a bit stream. What the readers
 // promise for any stream is asserted here and in the targets.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // Both MPEG-4 forms, stand-alone and behind the header of a scalable layer.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac_channel.h"
 
 using namespace zetac::fuzz;

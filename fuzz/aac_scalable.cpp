@@ -1,4 +1,7 @@
 // The main header, then an extension header behind it in the same stream.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac_input.h"
 
 using namespace zetac::fuzz;

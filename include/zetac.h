@@ -261,7 +261,7 @@ ZETAC_API ZetStatus zetsCalcSF_16s32f(const Zet16s* pSrc, int offset, Zet32f* pD
 
 /** Multiplies band b, the elements pBandOffset[b] .. pBandOffset[b+1]-1, by pFactor[b].
  *  @param pBandOffset nBands + 1 ascending offsets
- *  @param nBands number of bands; below 1 gives zetStsBadSize */
+ *  @param nBands number of bands; the common checks hold for it instead of a length */
 ZETAC_API ZetStatus zetsScale_32f_I(Zet32f* pSrcDst, const Zet32f* pFactor, const int* pBandOffset,
                                     int nBands);
 
@@ -275,8 +275,8 @@ typedef enum ZetHintAlgorithm {
     zetAlgHintAccurate = 2 /**< accurate */
 } ZetHintAlgorithm;
 
-/** Standard deviation with divisor len - 1; len below 2 gives zetStsBadSize. zetAlgHintFast sums in
- *  single precision; any other hint in extended precision, as
+/** Standard deviation with divisor len - 1. After the common checks a len of 1 gives
+ *  zetStsBadSize. zetAlgHintFast sums in single precision; any other hint in extended precision, as
  *  sqrt((len * sum(x^2) - sum(x)^2) / (len * (len - 1))). Where rounding makes that difference
  *  negative the result is 0.
  *  @param hint  ZetHintAlgorithm */
@@ -520,8 +520,8 @@ typedef struct ZetsDCTInvSpec_32f ZetsDCTInvSpec_32f; /**< inverse DCT */
  *  zetStsNoMemory. */
 ZETAC_API ZetStatus zetsDCTFwdGetSize_32f(int len, int hint, int* pSpecSize, int* pSizeInit,
                                           int* pBufSize);
-/** Lays the structure out in pMemSpec. pMemInit may be null where zetsDCTFwdGetSize_32f asks for no
- *  such memory. Checks as there, with pMemInit null though needed: zetStsNullPointer last. */
+/** Lays the structure out in pMemSpec. pMemInit may be null if its size is 0. Checks: as for
+ *  zetsDCTFwdGetSize_32f; then pMemInit null though needed: zetStsNullPointer. */
 ZETAC_API ZetStatus zetsDCTFwdInit_32f(ZetsDCTFwdSpec_32f** ppSpec, int len, int hint,
                                        Zet8u* pMemSpec, Zet8u* pMemInit);
 /** Allocates and lays out the structure, with what memory Init needs allocated for the call. Checks

@@ -92,7 +92,7 @@ each_test() {
     done
 }
 
-add_target() { targets[$1]=1; }
+add_target() { [ "$1" = transcripts ] && targets[zetac]=1 || targets[$1]=1; }
 
 program() { find "$1/build" -name "$2" -type f -perm -u+x | head -n 1; }
 
@@ -101,6 +101,7 @@ run_test() {
     case $target in
     fuzz_*) set -- "$(program "$copy" "$target")" "$copy/tree/fuzz/corpus/${target#fuzz_}" ;;
     example_*) set -- "$(program "$copy" "$target")" ;;
+    transcripts) set -- ctest --test-dir "$copy/build" --stop-on-failure -R "^tool\.(${filter:-.*})$" -E memory ;;
     *) set -- "$(program "$copy" "$target")" --gtest_fail_fast --gtest_brief=1 --gtest_filter="${filter:-*}" ;;
     esac
     # The outer redirection keeps bash's own words about crashes out of the report.
@@ -113,6 +114,11 @@ check_test() {
     [ -z "${checked[$key]-}" ] || return 0
     case $2 in
     fuzz_* | example_*) ;;
+    transcripts)
+        if ! ctest --test-dir "$1/build" -N -R "^tool\.(${3:-.*})$" -E memory | grep -q 'Test *#'; then
+            echo "No transcript matches '$3'." && return 1
+        fi
+        ;;
     *)
         if ! "$(program "$1" "$2")" --gtest_list_tests --gtest_filter="${3:-*}" | grep -q '^  '; then
             echo "No test of $2 matches '$3'." && return 1

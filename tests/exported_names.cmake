@@ -10,6 +10,8 @@ if(NOT declarations)
   message(FATAL_ERROR "No exported functions found in ${header}")
 endif()
 string(JOIN "" names ${declarations})
+list(TRANSFORM declarations REPLACE "    \"(.*)\",\n" "    X(\\1) \\\\\n")
+string(JOIN "" calls ${declarations})
 string(REGEX MATCHALL "zetSts[A-Za-z0-9]+ +=" statuses "${text}")
 list(TRANSFORM statuses REPLACE "(zetSts[A-Za-z0-9]+).*" "    {\"\\1\", \\1},\n")
 string(JOIN "" statuses ${statuses})
@@ -22,6 +24,9 @@ file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/generated/exported_names.h CON
 
 inline constexpr const char* kExportedNames[] = {
 @names@};
+
+#define ZETAC_FOR_EACH_FUNCTION(X) \\
+@calls@
 
 struct NamedStatus {
     std::string_view name;

@@ -79,24 +79,83 @@ void shift(Zet32s* values, int bits) {
 
 // --- The road of a frame ------------------------------------------------------------------------
 
-DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
+DecodedFrame AacDecoder::decode(const RawBlock& block) {
+    if (options_.isFollowing) follow(block);
     if (!isOpen_) refusal_ = open(block);
+    if (block.fault.isRefusal) refusal_ = block.fault;
     if (failed(refusal_)) return {refusal_, 0, 0};
     Fault fault = parser_.parse(block);
+    if (block.isOpen && fault == StreamFault::kTruncated)
+        return {.fault = fault, .needsMore = true};
     if (!states_ && parser_.layout()) allocate();
     if (!failed(fault)) fault = decodeSpectra();
     if (states_ && failed(fault)) conceal();
+    if (!failed(fault) && options_.isFollowing && parser_.hasSbr()) beginSbr();
+    isKnown_ = isKnown_ || !failed(fault) || !options_.isFollowing;
     const Fault sbrFault = failed(fault) ? Fault::kNone : readSbr();
-    const bool isHeard = concealment_.admits(failed(fault), samples(), sampleRate());
-    if (states_ && isHeard && pcm) synthesise(pcm);
     if (fault.isRefusal) refusal_ = fault;
-    const int channels = stereo_ ? 2 : parser_.channels();
-    return {fault, parser_.bytesUsed(), channels, isHeard ? samples() : 0, sbrFault};
+    DecodedFrame result = render(failed(fault));
+    result.fault = fault;
+    result.sbrFault = sbrFault;
+    result.bytesUsed = std::min(parser_.bytesUsed(), block.data.size());
+    return result;
+}
+
+DecodedFrame AacDecoder::lose() {
+    if (states_) conceal();
+    DecodedFrame result = render(true);
+    result.fault = StreamFault::kLost;
+    return result;
+}
+
+/** Makes the sound of a frame that has been decoded or concealed. */
+DecodedFrame AacDecoder::render(bool isDamaged) {
+    ++frame_;
+    const bool isHeard = isKnown_ && concealment_.admits(isDamaged, samples(), sampleRate());
+    if (states_ && isHeard && !options_.parsesOnly) synthesise();
+    DecodedFrame result;
+    result.channels = isKnown_ ? channels() : 0;
+    result.samples = isHeard ? samples() : 0;
+    return result;
+}
+
+/** Copies what decode() leaves. */
+DecodedFrame AacDecoder::decode(const RawBlock& block, Zet16s* pcm) {
+    options_.parsesOnly = pcm == nullptr;
+    const DecodedFrame result = decode(block);
+    if (pcm && result.channels > 0 && result.samples > 0 && states_) {
+        std::memcpy(pcm, output_.data(0),
+                    sizeof *pcm * static_cast<size_t>(result.channels * result.samples));
+    }
+    return result;
 }
 
 Fault AacDecoder::open(const RawBlock& block) {
     isOpen_ = true;
     return parser_.open(block);
+}
+
+/** A block of another format begins another stream. The version decides the syntax only. */
+void AacDecoder::follow(const RawBlock& block) {
+    if (!isOpen_ || failed(block.fault) || failed(refusal_)) return;
+    StreamFormat expected = parser_.format();
+    expected.mpegVersion = block.format.mpegVersion;
+    if (block.format == expected) return;
+    parser_ = BlockParser();
+    states_.reset();
+    stereo_.reset();
+    isOpen_ = isKnown_ = decodesSbr_ = false;
+}
+
+/** From here on there is SBR. */
+void AacDecoder::beginSbr() {
+    constexpr int kCoreRateMax = 48000;  // the standard has band tables up to twice this rate
+    const StreamFormat& format = parser_.format();
+    const bool isWanted = options_.sbr != SbrOutput::kNone && format.sbr != Signal::kNo;
+    if (decodesSbr_ || !isWanted || format.sampleRate() > kCoreRateMax) return;
+    decodesSbr_ = true;
+    allocateSbr();
+    makeRoom();
 }
 
 void AacDecoder::allocate() {
@@ -112,14 +171,13 @@ void AacDecoder::allocate() {
         }
         if (isLongTerm) state.longTerm = std::make_unique<LongTermPrediction>();
     }
-    if (decodesSbr()) allocateSbr();
-    if (channels > 2 || isLongTerm || decodesSbr()) allocatePlanes(channels);
-    if (options_.expectPs && isSingleWithSbr()) beginStereo(true);
+    if (decodesSbr_) allocateSbr();
+    if (options_.isFollowing && format.sbr == Signal::kYes) beginSbr();
+    makeRoom();
 }
 
-void AacDecoder::allocatePlanes(int channels) {
-    planes_.resize(static_cast<size_t>(channels) * samples());
-    for (int c = 0; c < channels; ++c) planeOrder_[outputPosition(c)] = plane(c);
+void AacDecoder::makeRoom() {
+    if (!options_.parsesOnly) output_.reserve(channels(), samples());
 }
 
 int AacDecoder::outputPosition(int channel) const {
@@ -128,7 +186,7 @@ int AacDecoder::outputPosition(int channel) const {
 
 size_t AacDecoder::stateBytes() const {
     const auto channels = static_cast<size_t>(parser_.channels());
-    size_t bytes = sizeof *this + parser_.allocatedBytes() + planes_.size() * sizeof(Zet16s);
+    size_t bytes = sizeof *this + parser_.allocatedBytes() + output_.allocatedBytes();
     for (size_t c = 0; states_ && c < channels; ++c) {
         bytes += sizeof(ChannelState);
         if (states_[c].main) bytes += states_[c].main->allocatedBytes();
@@ -141,6 +199,7 @@ size_t AacDecoder::stateBytes() const {
 /** Everything up to the filter bank, so that a frame with a fault leaves its overlaps and histories
  *  alone; predictors are reset then. */
 Fault AacDecoder::decodeSpectra() {
+    seedNoise();
     for (AudioElement& element : parser_.elements()) {
         if (const Fault fault = decodeElement(element); failed(fault)) return fault;
     }
@@ -249,31 +308,64 @@ void AacDecoder::conceal() {
     }
 }
 
-/** Mono and stereo go straight to their place; more channels, and what comes out of the history of
- *  long-term prediction, take the way over planes. */
-void AacDecoder::synthesise(Zet16s* pcm) {
+/** What the standard leaves to chance is the same wherever decoding began: the finalizer of a hash
+ *  spreads the number of the frame over all bits. */
+void AacDecoder::seedNoise() {
+    for (int c = 0; c < parser_.channels(); ++c) {
+        auto x = static_cast<uint32_t>(frame_ * kChannelsMax + static_cast<uint64_t>(c) + 1);
+        x = (x ^ x >> 16) * 0x7FEB352Du;
+        x = (x ^ x >> 15) * 0x846CA68Bu;
+        stateOf(c).random = static_cast<Zet32s>(x ^ x >> 16);
+    }
+}
+
+void AacDecoder::reset(uint64_t frame) {
+    frame_ = frame;
+    concealment_ = {};
+    for (int c = 0; states_ && c < parser_.channels(); ++c) {
+        ChannelState& state = stateOf(c);
+        std::fill_n(state.overlap, ZETAC_AAC_FRAME_LEN, 0);
+        state.previousShape = zetAacSine;
+        state.fraction = 0;
+        if (state.main) state.main->reset();
+        if (state.longTerm) *state.longTerm = LongTermPrediction();
+    }
+    if (states_ && decodesSbr_) allocateSbr();
+}
+
+/** Sound of 16 bits goes straight to its place where that is a plane, or beside one other channel;
+ *  everything else takes the way over planes. */
+void AacDecoder::synthesise() {
     const int channels = parser_.channels();
+    output_.begin(this->channels(), samples());
     if (decodesSbr()) {
         synthesiseSbr();
-        zetsInterleave_16s(planeOrder_, stereo_ ? 2 : channels, samples(), pcm);
+        output_.interleave();
         return;
     }
-    for (int index = 0; index < channels; ++index) {
-        ChannelData& c = parser_.channel(index);
-        ChannelState& state = stateOf(index);
-        const int shape = c.ics().window_shape;
-        Zet16s* out = isPlanar() ? plane(index) : pcm + outputPosition(index);
-        if (state.longTerm) {
-            state.longTerm->synthesise(c, state.previousShape, out);
-        } else {
-            zetsMDCTInv_AAC_32s16s(c.spectrum, out, state.overlap, c.ics().window_sequence, shape,
-                                   state.previousShape, isPlanar() ? 1 : channels);
-        }
-        state.previousShape = shape;
+    const bool isDirect = options_.pcm.samples == SampleFormat::kS16 &&
+                          (options_.pcm.isPlanar || channels <= 2) && !states_[0].longTerm;
+    for (int index = 0; index < channels; ++index) synthesiseChannel(index, isDirect);
+    if (!isDirect) output_.interleave();
+}
+
+void AacDecoder::synthesiseChannel(int index, bool isDirect) {
+    ChannelData& c = parser_.channel(index);
+    ChannelState& state = stateOf(index);
+    const int position = outputPosition(index);
+    if (state.longTerm) {
+        state.longTerm->synthesise(c, state.previousShape, output_.plane(position));
+    } else if (options_.pcm.samples == SampleFormat::kS16) {
+        Zet16s* out =
+            isDirect ? output_.place<Zet16s>(position) : output_.planeAs<Zet16s>(position);
+        zetsMDCTInv_AAC_32s16s(c.spectrum, out, state.overlap, c.ics().window_sequence,
+                               c.ics().window_shape, state.previousShape,
+                               isDirect ? output_.stride() : 1);
+    } else {
+        const int fraction = synthesiseCore(index);
+        output_.plane(position).put(0, c.spectrum, fraction, ZETAC_AAC_FRAME_LEN);
     }
-    if (isPlanar()) {
-        zetsInterleave_16s(planeOrder_, channels, ZETAC_AAC_FRAME_LEN, pcm);
-    }
+    state.previousShape = c.ics().window_shape;
 }
 
 // --- SBR ----------------------------------------------------------------------------------------
@@ -281,13 +373,17 @@ void AacDecoder::synthesise(Zet16s* pcm) {
 /** A decoder for each element of the layout, held by its first channel. */
 void AacDecoder::allocateSbr() {
     const ChannelLayout& layout = *parser_.layout();
-    const SbrBankOptions options{options_.isFloat, options_.sbr == SbrOutput::kCore};
+    const SbrBankOptions options{options_.isFloat, !isDoubled()};
     const int sampleRate = 2 * parser_.format().sampleRate();
     for (int e = 0; e < layout.elements(); ++e) {
         const int first = layout.firstChannel(e);
         const int next = e + 1 < layout.elements() ? layout.firstChannel(e + 1) : layout.channels();
         stateOf(first).sbr = std::make_unique<SbrDecoder>(next - first == 2, sampleRate, options);
     }
+    hasSound_ = false;
+    const bool isExpected =
+        options_.expectPs || parser_.format().parametricStereo == Signal::kYes || stereo_;
+    if (isExpected && parser_.channels() == 1) beginStereo();
 }
 
 bool AacDecoder::hasParametricStereo() const {
@@ -297,10 +393,11 @@ bool AacDecoder::hasParametricStereo() const {
     return false;
 }
 
-void AacDecoder::beginStereo(bool isFirst) {
+/** From here on a single channel comes out as two. */
+void AacDecoder::beginStereo() {
     stereo_ = ChannelLayout::fromConfiguration(2);
-    stateOf(0).sbr->beginStereo(isFirst);
-    allocatePlanes(2);
+    stateOf(0).sbr->beginStereo(!hasSound_);
+    makeRoom();
 }
 
 /** Reads the SBR data of all elements.
@@ -312,16 +409,17 @@ Fault AacDecoder::readSbr() {
         const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);
         if (!failed(first)) first = fault;
     }
-    if (isSingleWithSbr() && !stereo_ && stateOf(0).sbr->parser().hasParametricStereo()) {
-        beginStereo(!hasSound_);
-    }
+    const bool mayBeStereo =
+        parser_.channels() == 1 && parser_.format().parametricStereo != Signal::kNo;
+    if (mayBeStereo && !stereo_ && hasParametricStereo()) beginStereo();
     return first;
 }
 
-/** The filter bank gives whole numbers, but above the core's sound lies nothing that could hide
- *  their rounding. So the spectrum goes in with as many fractional bits as it has room for, and the
- *  overlap follows. */
-void AacDecoder::synthesiseCore(int channel, Zet32s* core) {
+/** The filter bank gives whole numbers, but where the output has more bits, or in the high band,
+ *  nothing lies above the core's sound that could hide their rounding. So the spectrum goes in with
+ *  as many fractional bits as it has room for, and the overlap follows.
+ *  @return the fractional bits of the samples, which take the place of the spectrum */
+int AacDecoder::synthesiseCore(int channel) {
     constexpr int kFractionMax = 6;
     ChannelData& c = parser_.channel(channel);
     ChannelState& state = stateOf(channel);
@@ -331,12 +429,17 @@ void AacDecoder::synthesiseCore(int channel, Zet32s* core) {
     shift(state.overlap, fraction - state.fraction);
     zetsMDCTInv_AAC_32s_I(c.spectrum, state.overlap, c.ics().window_sequence, c.ics().window_shape,
                           state.previousShape, ZETAC_AAC_FRAME_LEN);
-    state.previousShape = c.ics().window_shape;
     state.fraction = fraction;
-    const int rest = kSbrCoreFraction - fraction;
+    return fraction;
+}
+
+/** The core as the banks of SBR take it. */
+void AacDecoder::widenCore(int channel, Zet32s* core) {
+    const int rest = kSbrCoreFraction - synthesiseCore(channel);
+    const Zet32s* samples = parser_.channel(channel).spectrum;
     const Zet32s max = ZETAC_SBR_ANALYSIS_MAX >> rest;
     for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
-        core[i] = std::max(std::min(c.spectrum[i], max), -max) * (1 << rest);
+        core[i] = std::max(std::min(samples[i], max), -max) * (1 << rest);
     }
 }
 
@@ -353,17 +456,17 @@ void AacDecoder::synthesiseSbr() {
         if (state.longTerm) {
             Zet16s pcm[ZETAC_AAC_FRAME_LEN];
             ChannelData& c = parser_.channel(index);
-            state.longTerm->synthesise(c, state.previousShape, pcm);
-            state.previousShape = c.ics().window_shape;
+            state.longTerm->synthesise(c, state.previousShape, PcmPlane(pcm));
             for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i)
                 core[i] = pcm[i] * (1 << kSbrCoreFraction);
         } else {
-            synthesiseCore(index, core);
+            widenCore(index, core);
         }
+        state.previousShape = parser_.channel(index).ics().window_shape;
         if (stereo_) {
-            sbr->decodeStereo(core, PcmPlane(plane(0)), PcmPlane(plane(1)));
+            sbr->decodeStereo(core, output_.plane(0), output_.plane(1));
         } else {
-            sbr->decode(index - first, core, PcmPlane(plane(index)));
+            sbr->decode(index - first, core, output_.plane(outputPosition(index)));
         }
     }
     hasSound_ = true;

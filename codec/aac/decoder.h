@@ -24,6 +24,7 @@
 #include "aac/block.h"
 #include "aac/prediction.h"
 #include "base/concealment.h"
+#include "base/pcm_output.h"
 #include "container/aac_stream.h"
 #include "sbr/decoder.h"
 
@@ -52,6 +53,11 @@ struct DecoderOptions {
     // A single channel with SBR comes out in stereo from the first block on. Otherwise it does so
     // from the first block on that has parametric stereo.
     bool expectPs = false;
+    // Blocks tell whether there is SBR, and change the format; otherwise both stay as they were at
+    // the start.
+    bool isFollowing = false;
+    bool parsesOnly = false;  // everything is read and checked, but no sound is made
+    PcmFormat pcm = {};
 };
 
 /** What became of one block. */
@@ -61,13 +67,29 @@ struct DecodedFrame {
     int channels = 0;      // in the output; 0: there is none, because no layout is known yet
     int samples = ZETAC_AAC_FRAME_LEN;  // per channel; 0 after a second of nothing but damage
     Fault sbrFault = Fault::kNone;      // why the core is merely resampled from here on
+    bool needsMore = false;             // the block is open and goes on beyond its data
 };
 
 /** Decodes one stream. A block that cannot be decoded is concealed: the signal fades out within
  *  that frame and returns with the next good one. */
 class AacDecoder {
   public:
-    explicit AacDecoder(DecoderOptions options = {}) : options_(options) {}
+    explicit AacDecoder(DecoderOptions options = {})
+        : options_(options),
+          decodesSbr_(options.sbr != SbrOutput::kNone && !options.isFollowing),
+          output_(options.pcm) {}
+
+    /** The samples come to output(). Following, there are none before the first good block: it may
+     *  tell that their rate is doubled. */
+    DecodedFrame decode(const RawBlock& block);
+    /** Conceals a block that is missing. */
+    DecodedFrame lose();
+    const PcmOutput& output() const { return output_; }
+
+    /** Forgets all sound.
+     *  @param frame  number of the next block in the stream: noise depends on it alone, so that it
+     *                is the same wherever decoding began */
+    void reset(uint64_t frame);
 
     /** @param pcm  out: 1024 samples of every channel, or 2048 at the doubled rate, interleaved;
      * room for kPcmValuesMax, or for as many as that once the channels are known. Null: the
@@ -81,6 +103,9 @@ class AacDecoder {
     /** Whether parametric stereo has begun. */
     bool hasParametricStereo() const;
 
+    /** Of the output. */
+    int channels() const { return stereo_ ? stereo_->channels() : parser_.channels(); }
+
     /** Of the output. With parametric stereo it has two channels where the core has one.
      *  Only once the parser knows its layout. */
     const ChannelLayout& layout() const { return stereo_ ? *stereo_ : *parser_.layout(); }
@@ -88,10 +113,17 @@ class AacDecoder {
     /** Of the output. */
     int sampleRate() const {
         const int rate = parser_.format().sampleRate();
-        return options_.sbr == SbrOutput::kDouble ? 2 * rate : rate;
+        return isDoubled() ? 2 * rate : rate;
     }
 
-    bool decodesSbr() const { return options_.sbr != SbrOutput::kNone; }
+    bool decodesSbr() const { return decodesSbr_; }
+    /** Whether the output has twice the rate of the core. */
+    bool isDoubled() const {
+        return decodesSbr_ && options_.sbr == SbrOutput::kDouble &&
+               !parser_.format().isSbrDownsampled;
+    }
+    /** Samples of a frame. */
+    int samples() const { return isDoubled() ? kSbrFrameLength : ZETAC_AAC_FRAME_LEN; }
 
     /** All memory that lives from frame to frame. */
     size_t stateBytes() const;
@@ -119,19 +151,19 @@ class AacDecoder {
     void substituteNoise(const ZetAACChanPairElt& pair, ChannelData& left, ChannelData& right,
                          Zet32s& random) const;
     Fault finishSpectrum(ChannelData& channel);
-    void synthesise(Zet16s* pcm);
-    void synthesiseCore(int channel, Zet32s* core);
+    DecodedFrame render(bool isDamaged);
+    void follow(const RawBlock& block);
+    void beginSbr();
+    void seedNoise();
+    void synthesise();
+    void synthesiseChannel(int channel, bool isDirect);
+    int synthesiseCore(int channel);
+    void widenCore(int channel, Zet32s* core);
     Fault readSbr();
     void allocateSbr();
-    bool isSingleWithSbr() const { return decodesSbr() && parser_.channels() == 1; }
-    void beginStereo(bool isFirst);
-    void allocatePlanes(int channels);
+    void beginStereo();
     void synthesiseSbr();
-    Zet16s* plane(int channel) { return planes_.data() + channel * samples(); }
-    int samples() const {
-        return options_.sbr == SbrOutput::kDouble ? kSbrFrameLength : ZETAC_AAC_FRAME_LEN;
-    }
-    bool isPlanar() const { return !planes_.empty(); }
+    void makeRoom();
     ChannelState& stateOf(int channel) { return states_[static_cast<size_t>(channel)]; }
     void conceal();
 
@@ -143,10 +175,12 @@ class AacDecoder {
     Fault refusal_ = Fault::kNone;
     ConcealmentLimit concealment_;
     std::unique_ptr<ChannelState[]> states_;
-    std::optional<ChannelLayout> stereo_;  // by parametric stereo
-    bool hasSound_ = false;                // with SBR: some frame has been synthesised
-    std::vector<Zet16s> planes_;  // three channels and more, LTP, SBR: each channel's samples
-    const Zet16s* planeOrder_[kChannelsMax] = {};
+    bool decodesSbr_;
+    std::optional<ChannelLayout> stereo_;  // of the output, with parametric stereo
+    bool hasSound_ = false;                // the banks of SBR have had some
+    bool isKnown_ = false;                 // whether there is SBR, since a good block has come
+    uint64_t frame_ = 0;                   // number of the block
+    PcmOutput output_;
 };
 
 }  // namespace zetac::codec

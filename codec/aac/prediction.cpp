@@ -170,12 +170,17 @@ Fault LongTermPrediction::apply(ChannelData& channel, int previousShape) const {
                                                    ics.window_sequence, rate));
 }
 
-void LongTermPrediction::synthesise(ChannelData& channel, int previousShape, Zet16s* pcm) {
+void LongTermPrediction::synthesise(ChannelData& channel, int previousShape, const PcmPlane& pcm) {
     const ZetAACIcsInfo& ics = channel.ics();
     zetsLtpUpdate_AAC_32s(channel.spectrum, history_, ics.window_sequence, ics.window_shape,
                           previousShape);
-    zetsConvert_32s16s_Sfs(history_ + ZETAC_AAC_FRAME_LEN, pcm, ZETAC_AAC_FRAME_LEN,
-                           ZETAC_AAC_LTP_HISTORY_BITS);
+    const Zet32s* samples = history_ + ZETAC_AAC_FRAME_LEN;
+    if (pcm.format() == SampleFormat::kS16) {
+        zetsConvert_32s16s_Sfs(samples, pcm.samples16(), ZETAC_AAC_FRAME_LEN,
+                               ZETAC_AAC_LTP_HISTORY_BITS);
+    } else {
+        pcm.put(0, samples, ZETAC_AAC_LTP_HISTORY_BITS, ZETAC_AAC_FRAME_LEN);
+    }
 }
 
 }  // namespace zetac::codec

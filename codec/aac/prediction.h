@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "aac/block.h"
+#include "base/pcm.h"
 
 namespace zetac::codec {
 
@@ -63,7 +64,7 @@ class LongTermPrediction {
 
     /** Runs the filter bank. The spectrum is destroyed.
      *  @param pcm  out: 1024 samples */
-    void synthesise(ChannelData& channel, int previousShape, Zet16s* pcm);
+    void synthesise(ChannelData& channel, int previousShape, const PcmPlane& pcm);
 
   private:
     alignas(64) Zet32s history_[ZETAC_AAC_LTP_HISTORY_LEN] = {};

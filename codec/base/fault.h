@@ -57,6 +57,7 @@ struct StreamFault {
     static constexpr Fault kFormatChanged{Fault::Domain::kStream, 5,
                                           "the stream changes its format here"};
     static constexpr Fault kLost{Fault::Domain::kStream, 6, "the frame is missing"};
+    static constexpr Fault kNoFrame{Fault::Domain::kStream, 7, "no frame where one should be"};
 };
 
 }  // namespace zetac::codec

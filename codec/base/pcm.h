@@ -27,7 +27,11 @@ class PcmPlane {
     explicit PcmPlane(Zet32s* samples) : data_(samples), format_(SampleFormat::kS32) {}
     explicit PcmPlane(Zet32f* samples) : data_(samples), format_(SampleFormat::kF32) {}
 
-    /** Takes integers with 1..16 fractional bits, in units of 16-bit samples.
+    SampleFormat format() const { return format_; }
+    Zet16s* samples16() const { return static_cast<Zet16s*>(data_); }
+
+    /** Takes integers with up to 16 fractional bits, at least one for 16-bit samples, in units of
+     * 16-bit samples.
      *  @param first  place of the first one */
     void put(size_t first, const Zet32s* values, int fraction, size_t count) const {
         switch (format_) {

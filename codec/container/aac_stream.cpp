@@ -34,13 +34,6 @@ bool haveSameFixedHeader(const Zet8u* a, const Zet8u* b) {
 
 }  // namespace
 
-int StreamFormat::sampleRate() const {
-    static constexpr int kRates[] = {96000, 88200, 64000, 48000, 44100, 32000, 24000,
-                                     22050, 16000, 12000, 11025, 8000,  7350};
-    const auto index = static_cast<size_t>(samplingFrequencyIndex);
-    return index < std::size(kRates) ? kRates[index] : 0;
-}
-
 // --- ADTS ---------------------------------------------------------------------------------------
 
 /** A header with the syncword and sane fields. */

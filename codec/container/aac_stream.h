@@ -14,33 +14,9 @@
 #include "base/bits.h"
 #include "base/crc.h"
 #include "base/fault.h"
+#include "container/raw_block.h"
 
 namespace zetac::codec {
-
-/** What a container says about a block. */
-struct StreamFormat {
-    int mpegVersion = 4;  // 2 or 4; the syntax of MPEG-4 contains that of MPEG-2
-    int profile = 1;      // 0 Main, 1 LC, 2 SSR, 3 LTP
-    int samplingFrequencyIndex = 0;
-    int channelConfiguration = 0;  // 0: a program config element tells
-
-    /** 0 for an index without a sampling rate. */
-    int sampleRate() const;
-    bool operator==(const StreamFormat&) const = default;
-};
-
-/** One raw_data_block() in the memory of the stream. */
-struct RawBlock {
-    std::span<const Zet8u> data;  // as far as the block can reach; kReadAhead bytes follow
-    size_t position = 0;          // of its first byte in the file
-    StreamFormat format;
-    const ZetAACPrgCfgElt* programConfig = nullptr;  // from the container, if it has one
-    Fault fault = Fault::kNone;                      // why the block cannot be trusted already
-
-    bool isProtected = false;  // crc and expectedCrc count
-    Crc16 crc;                 // over what of the frame comes before the block
-    unsigned expectedCrc = 0;
-};
 
 /** Yields the blocks of a stream: call next(), decode the block, tell with finish() how far it
  *  reached, and so on. Blocks lie behind one another without any length in ADIF files and in ADTS

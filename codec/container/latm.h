@@ -54,6 +54,8 @@ class LatmReader {
      *  @return false when the element has no more, or on a fault */
     bool next(std::span<const Zet8u>& payload, Fault& fault);
 
+    bool hasMore() const { return payloadsLeft_ > 0; }
+
     /** The configuration in force; nothing before the first. */
     const std::optional<AudioSpecificConfig>& config() const { return config_; }
     /** The last element brought a configuration that differs from the one before. */

@@ -34,7 +34,7 @@ struct Mp3Format {
 /** One frame in the memory of the stream. */
 struct Mp3Frame {
     std::span<const Zet8u> data;  // from the first byte of the header; cut where the data end
-    size_t position = 0;          // of its first byte in the file
+    uint64_t position = 0;        // of its first byte in the stream
     size_t length = 0;            // as the header has it
     Mp3Format format;
     int bitRate = 0;             // bit/s, 0 in free format

@@ -1,15 +1,16 @@
 // The scalefactor bands of one channel: the checks that the band tools share, and their loop.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>
 
+#include "aac/window_lengths.h"
 #include "core/checks.h"
-#include "tables/aac_swb_offset.h"
+#include "tables/aac/swb_offset.h"
 
 namespace zetac::aac {
-
-inline constexpr int kLongLen = 1024;
-inline constexpr int kShortLen = 128;
 
 constexpr bool isIntensity(Zet8u codebook) {
     return codebook == zetAacIntensityCb || codebook == zetAacIntensityCb2;
@@ -78,6 +79,11 @@ struct Band {
     int windows;  // of the group
     int lines() const { return width * windows; }
 };
+
+// Whether ms_mask_present 1 selects a band by its flag in ms_used.
+inline bool isFlagged(const Band& band, int msMaskPresent, const Zet8u* msUsed) {
+    return msMaskPresent == 1 && msUsed[band.group * ZETAC_AAC_MS_ROW + band.sfb] != 0;
+}
 
 // for (const Band band : BandWalk(args)) visits every band below maxSfb, group after group.
 class BandWalk {

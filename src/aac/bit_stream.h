@@ -1,6 +1,9 @@
 // Bit-stream access of the AAC readers. An exported reader opens a BitReader on the caller's
 // position, hands it down by reference and stores it back on every way out, so that after a failure
 // the position is where reading stopped.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "core/bits.h"

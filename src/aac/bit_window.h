@@ -3,6 +3,9 @@
 // comes between reload(), for 25 bits at once, and resume(). A window looks ahead, so it may serve
 // a step only where the call goes on to consume kBitsToCome bits from its beginning: then no load
 // is further than ZETAC_BIT_STREAM_SLACK bytes beyond the last bit that the call consumes.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "aac/bit_stream.h"

@@ -1,4 +1,7 @@
 // Deinterleaving of grouped short windows (ISO/IEC 14496-3, 4.5.2.3.5).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 
 #include "aac/band_walk.h"

@@ -1,4 +1,7 @@
 // The inverse filter bank up to the overlap-add.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/filter_bank_kernels.h"
 
 #include <bit>
 
+#include "aac/window_lengths.h"
 #include "core/fixed_point.h"
-#include "tables/aac_mdct_twiddles.h"
+#include "tables/aac/mdct_twiddles.h"
 
 #define ZETAC_FAMILY aac
 #define ZETAC_KERNELS "aac/filter_bank_kernels.inc"

@@ -3,12 +3,15 @@
 //
 // Encoder and decoder stay in step only if every rounding is the same in both, so each expression
 // is evaluated in single precision in the order in which it is written.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 
 #include "core/checks.h"
 #include "core/spec.h"
-#include "tables/aac_fdp.h"
+#include "tables/aac/fdp.h"
 
 // The arrays of the state stand behind this header, each on a 32-byte boundary. There are no
 // pointers inside, so that the header fits into 32 bytes in both word sizes.
@@ -191,12 +194,6 @@ void reconstruct(ZetsFDPState_32f& state, Lines lines, bool isUsed, Zet32f* srcD
             });
 }
 
-template <class... Buffers>
-ZetStatus alignmentStatus(Buffers... buffers) {
-    const uintptr_t addresses = (reinterpret_cast<uintptr_t>(buffers) | ...);
-    return addresses % 16 == 0 ? zetStsOk : zetStsMisaligned;
-}
-
 }  // namespace
 }  // namespace zetac::aac
 
@@ -259,7 +256,7 @@ ZetStatus zetsFDPFwd_32f(const Zet32f* pSrc, Zet32f* pDst, ZetsFDPState_32f* pSt
     ZETAC_REQUIRE(allSet(pSrc, pDst, pState), zetStsNullPointer);
     ZETAC_REQUIRE(isState(pState), zetStsSpecMismatch);
     formResidual(*pState, pSrc, pDst);
-    return alignmentStatus(pSrc, pDst);
+    return zetac::core::alignmentStatus(pSrc, pDst);
 }
 
 ZetStatus zetsFDPInv_32f_I(Zet32f* pSrcDst, const int* pBandOffset, int nBands,
@@ -271,5 +268,5 @@ ZetStatus zetsFDPInv_32f_I(Zet32f* pSrcDst, const int* pBandOffset, int nBands,
         reconstruct(*pState, linesOfBand(*pState, pBandOffset, band), pPredictionUsed[band] != 0,
                     pSrcDst);
     }
-    return alignmentStatus(pSrcDst);
+    return zetac::core::alignmentStatus(pSrcDst);
 }

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/ics_info.h"
 
 #include <algorithm>
@@ -8,12 +10,6 @@ namespace zetac::aac {
 namespace {
 
 constexpr int kMainProfile = 1;  // audio object type
-
-void readShortWindows(BitReader& stream, ZetAACIcsInfo& ics) {
-    ics.max_sfb = ownsGetBits_AAC(stream, 4);
-    ics.scale_factor_grouping = ownsGetBits_AAC(stream, 7);
-    ics.num_window_groups = deriveWindowGroups(ics.scale_factor_grouping, ics.window_group_length);
-}
 
 ZetStatus readLongWindow(BitReader& stream, ZetAACIcsInfo& ics) {
     ics.num_window_groups = 1;

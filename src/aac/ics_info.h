@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "aac/bit_stream.h"
@@ -16,5 +18,14 @@ ZetStatus readIcsInfoMp4(BitReader& stream, ZetAACIcsInfo& ics, int predSfbMax, 
 // Derives the window groups of an eight-short frame from scale_factor_grouping; returns their
 // number.
 int deriveWindowGroups(Zet32s scaleFactorGrouping, Zet32s* groupLength);
+
+// max_sfb and the window groups of an eight-short frame, into either record that has them.
+template <class Record>
+void readShortWindows(BitReader& stream, Record& record) {
+    record.max_sfb = ownsGetBits_AAC(stream, 4);
+    record.scale_factor_grouping = ownsGetBits_AAC(stream, 7);
+    record.num_window_groups =
+        deriveWindowGroups(record.scale_factor_grouping, record.window_group_length);
+}
 
 }  // namespace zetac::aac

@@ -1,5 +1,8 @@
 // The stages of individual_channel_stream() (ISO/IEC 14496-3, 4.4.2.7), in stream order. Sections
 // stand in the channel's record: section_data fills them in, the later stages walk them.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "aac/bit_stream.h"

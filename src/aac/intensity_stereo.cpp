@@ -1,9 +1,12 @@
 // Intensity stereo (ISO/IEC 13818-7, 12.2; 14496-3, 4.6.8.2).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 
 #include "aac/band_walk.h"
 #include "core/fixed_point.h"
-#include "tables/aac_dequant.h"
+#include "tables/aac/dequant.h"
 
 namespace zetac::aac {
 namespace {

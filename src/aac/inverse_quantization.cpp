@@ -1,4 +1,7 @@
 // Inverse quantisation (ISO/IEC 13818-7, 10 and 11; 14496-3, 4.6.1 and 4.6.2).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/inverse_quantization.h"
 
 #include <immintrin.h>

@@ -1,4 +1,7 @@
 // Inverse quantisation of a run of lines with one scalefactor, for every level.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

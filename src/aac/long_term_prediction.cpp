@@ -1,12 +1,16 @@
 // Long-term prediction (ISO/IEC 14496-3, 4.6.7).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <cstring>
 
 #include "aac/filter_bank.h"
+#include "aac/window_lengths.h"
 #include "core/checks.h"
 #include "core/fixed_point.h"
-#include "tables/aac_dequant.h"
-#include "tables/aac_swb_offset.h"
+#include "tables/aac/dequant.h"
+#include "tables/aac/swb_offset.h"
 
 namespace zetac::aac {
 namespace {
@@ -14,9 +18,6 @@ namespace {
 using core::allSet;
 using core::inRange;
 
-constexpr int kFrame = ZETAC_AAC_FRAME_LEN;
-constexpr int kShortFrame = 128;
-constexpr int kShortWindows = 8;
 constexpr int kShortBandsMax = 8;
 
 // --- Prediction ---------------------------------------------------------------------------------
@@ -37,12 +38,12 @@ Zet32s exactGain(Zet32s ltpCoef) {
 
 // What precedes and what follows the history counts as silence.
 void estimate(const Zet32s* history, Zet32s* dst, const ZetAACLtpInfo& ltp) {
-    const int64_t start = 2 * int64_t{kFrame} - ltp.ltp_lag;
-    const int64_t begin = std::clamp<int64_t>(-start, 0, 2 * kFrame);
-    const int64_t end = std::clamp<int64_t>(ZETAC_AAC_LTP_HISTORY_LEN - start, begin, 2 * kFrame);
+    const int64_t start = 2 * int64_t{kLongLen} - ltp.ltp_lag;
+    const int64_t begin = std::clamp<int64_t>(-start, 0, 2 * kLongLen);
+    const int64_t end = std::clamp<int64_t>(ZETAC_AAC_LTP_HISTORY_LEN - start, begin, 2 * kLongLen);
     const int64_t gain = exactGain(ltp.ltp_coef);
     const int64_t half = int64_t{1} << (kEstimateShift - 1);
-    std::fill_n(dst, 2 * kFrame, 0);
+    std::fill_n(dst, 2 * kLongLen, 0);
     for (int64_t i = begin; i < end; ++i)
         dst[i] = static_cast<Zet32s>((gain * history[start + i] + half) >> kEstimateShift);
 }
@@ -66,7 +67,7 @@ void addLong(const Zet32s* predicted, Zet32s* spectrum, const ZetAACLtpInfo& ltp
 void addShort(const Zet32s* predicted, Zet32s* spectrum, const ZetAACLtpInfo& ltp, int rate) {
     const int end = tables::_pAACSwbOffsetTableShort[rate][kShortBandsMax];
     for (int w = 0; w < kShortWindows; ++w) {
-        const int start = w * kShortFrame;
+        const int start = w * kShortLen;
         if (ltp.ltp_short_used[w]) addLines(predicted + start, spectrum + start, 0, end);
     }
 }
@@ -74,14 +75,14 @@ void addShort(const Zet32s* predicted, Zet32s* spectrum, const ZetAACLtpInfo& lt
 // --- History ------------------------------------------------------------------------------------
 
 void advance(Zet32s* spectrum, Zet32s* history, int winSequence, int winShape, int prevWinShape) {
-    Zet32s windowed[2 * kFrame];
+    Zet32s windowed[2 * kLongLen];
     synthesizeWindowed(spectrum, windowed, winSequence, winShape, prevWinShape);
-    std::memcpy(history, history + kFrame, kFrame * sizeof *history);
-    Zet32s* newest = history + kFrame;
-    Zet32s* overlap = history + 2 * kFrame;
-    for (int n = 0; n < kFrame; ++n)
+    std::memcpy(history, history + kLongLen, kLongLen * sizeof *history);
+    Zet32s* newest = history + kLongLen;
+    Zet32s* overlap = history + 2 * kLongLen;
+    for (int n = 0; n < kLongLen; ++n)
         newest[n] = core::saturate32(int64_t{windowed[n]} + overlap[n]);
-    std::memcpy(overlap, windowed + kFrame, kFrame * sizeof *overlap);
+    std::memcpy(overlap, windowed + kLongLen, kLongLen * sizeof *overlap);
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/ltp_data.h"
 
 #include <algorithm>
 
-#include "tables/aac_dequant.h"
+#include "tables/aac/dequant.h"
 
 namespace zetac::aac {
 namespace {

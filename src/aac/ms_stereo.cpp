@@ -1,4 +1,7 @@
 // M/S stereo (ISO/IEC 13818-7, 12.1; 14496-3, 4.6.8.1).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/band_walk.h"
 #include "core/fixed_point.h"
 
@@ -17,8 +20,7 @@ void matrix(Zet32s* __restrict left, Zet32s* __restrict right, int count) {
 void decodeMsStereo(Zet32s* left, Zet32s* right, int msMaskPresent, const Zet8u* msUsed,
                     Zet8u* codebooks, const BandArgs& args) {
     for (const Band band : BandWalk(args)) {
-        const bool flagged =
-            msMaskPresent == 1 && msUsed[band.group * ZETAC_AAC_MS_ROW + band.sfb] != 0;
+        const bool flagged = isFlagged(band, msMaskPresent, msUsed);
         Zet8u& codebook = codebooks[band.index];
         if (isIntensity(codebook)) {
             // The flag of an intensity band inverts the phase: 15 becomes 14 and 14 becomes 15.

@@ -1,8 +1,12 @@
 // individual_channel_stream() (ISO/IEC 13818-7, 8.3; 14496-3, 4.4.2.7) in its three forms.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/ics_info.h"
 #include "aac/individual_channel_stream.h"
 #include "aac/tns_data.h"
-#include "tables/aac_swb_offset.h"
+#include "aac/window_lengths.h"
+#include "tables/aac/swb_offset.h"
 
 namespace zetac::aac {
 namespace {
@@ -19,15 +23,15 @@ BandLayout makeLayout(int windowSequence, int maxSfb, int numGroups, const Zet32
                       int samplingFreqIndex) {
     if (windowSequence == zetAacEightShort)
         return {true,
-                128,
-                8,
+                kShortLen,
+                kShortWindows,
                 tables::_pAACNumSwbTableShort[samplingFreqIndex],
                 tables::_pAACSwbOffsetTableShort[samplingFreqIndex],
                 maxSfb,
                 numGroups,
                 groupLength};
     return {false,
-            ZETAC_AAC_FRAME_LEN,
+            kLongLen,
             1,
             tables::_pAACNumSwbTableLong[samplingFreqIndex],
             tables::_pAACSwbOffsetTableLong[samplingFreqIndex],

@@ -1,11 +1,14 @@
 // Perceptual noise substitution (ISO/IEC 14496-3, 4.6.13), with the energy of every band measured,
 // so that it is met exactly and not only in the mean.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 
 #include "aac/band_walk.h"
 #include "core/fixed_point.h"
-#include "tables/aac_dequant.h"
+#include "tables/aac/dequant.h"
 
 namespace zetac::aac {
 namespace {
@@ -69,9 +72,7 @@ void decodePns(const NoiseChannel& channel, uint32_t& state, const BandArgs& arg
 void decodeMsPns(const NoiseChannel& left, const NoiseChannel& right, int msMaskPresent,
                  const Zet8u* msUsed, uint32_t& state, const BandArgs& args) {
     for (const Band band : BandWalk(args)) {
-        const bool selected =
-            msMaskPresent == 2 ||
-            (msMaskPresent == 1 && msUsed[band.group * ZETAC_AAC_MS_ROW + band.sfb] != 0);
+        const bool selected = msMaskPresent == 2 || isFlagged(band, msMaskPresent, msUsed);
         const uint32_t before = state;
         if (left.isNoise(band)) left.fill(band, state);
         if (!right.isNoise(band)) continue;

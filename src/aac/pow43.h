@@ -1,5 +1,8 @@
 // The power law of inverse quantisation (ISO/IEC 14496-3, 4.6.1.3 and 4.6.2.3.3):
 // |q|^(4/3) * 2^(s/4) in Q3, s = scalefactor - 100.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>
@@ -7,7 +10,7 @@
 #include <algorithm>
 
 #include "core/fixed_point.h"
-#include "tables/aac_dequant.h"
+#include "tables/aac/dequant.h"
 
 namespace zetac::aac {
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <cstring>
 
@@ -13,10 +15,7 @@ void readWindowInfo(BitReader& stream, ZetAACMainHeader& header) {
     header.window_sequence = ownsGetBits_AAC(stream, 2);
     header.window_shape = ownsGetBits_AAC(stream, 1);
     if (header.window_sequence == zetAacEightShort) {
-        header.max_sfb = ownsGetBits_AAC(stream, 4);
-        header.scale_factor_grouping = ownsGetBits_AAC(stream, 7);
-        header.num_window_groups =
-            deriveWindowGroups(header.scale_factor_grouping, header.window_group_length);
+        readShortWindows(stream, header);
         return;
     }
     header.max_sfb = ownsGetBits_AAC(stream, 6);

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 
 #include "aac/individual_channel_stream.h"
-#include "tables/aac_huffman_trees.h"
-#include "tables/aac_spectral_lookup.h"
+#include "tables/aac/huffman_trees.h"
+#include "tables/aac/spectral_lookup.h"
 
 namespace zetac::aac {
 namespace {

@@ -1,14 +1,17 @@
 // spectral_data() (ISO/IEC 14496-3, 4.4.2.7 and 4.6.3): the hottest loops of the stream readers.
 // They are compiled per codebook, so that nothing about a book is asked inside a loop, and per
 // width of the bit window.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <emmintrin.h>
 
 #include <algorithm>
 
 #include "aac/bit_window.h"
 #include "aac/individual_channel_stream.h"
-#include "tables/aac_codebooks.h"
-#include "tables/aac_spectral_lookup.h"
+#include "tables/aac/codebooks.h"
+#include "tables/aac/spectral_lookup.h"
 
 namespace zetac::aac {
 namespace {

@@ -4,13 +4,16 @@
 // prediction to Q3 and subtract or add it. Since they round the same integer sum, the encoder's
 // filter undoes the decoder's exactly, and the decoder's the encoder's, as long as nothing
 // saturates.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
 
 #include "aac/band_walk.h"
 #include "core/fixed_point.h"
-#include "tables/aac_tns.h"
+#include "tables/aac/tns.h"
 
 namespace zetac::aac {
 namespace {
@@ -24,7 +27,7 @@ struct TnsLimits {
     int order;
 };
 constexpr TnsLimits kLongLimits = {1, 3, 12};
-constexpr TnsLimits kShortLimits = {8, 1, 7};
+constexpr TnsLimits kShortLimits = {kShortWindows, 1, 7};
 
 const TnsLimits& tnsLimits(int winLen) {
     return winLen == kLongLen ? kLongLimits : kShortLimits;

@@ -1,4 +1,8 @@
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "aac/tns_data.h"
+
+#include "aac/window_lengths.h"
 
 namespace zetac::aac {
 namespace {
@@ -12,7 +16,7 @@ struct TnsSyntax {
     int maxOrder;
 };
 constexpr TnsSyntax kLongTns = {1, 2, 6, 5, 12};
-constexpr TnsSyntax kShortTns = {8, 1, 4, 3, 7};
+constexpr TnsSyntax kShortTns = {kShortWindows, 1, 4, 3, 7};
 
 void readCoefficients(BitReader& stream, int order, int bits, Zet8s* coefs) {
     const int halfRange = 1 << (bits - 1);

@@ -1,4 +1,7 @@
 // The filter bank against the definitions of ISO/IEC 14496-3, 4.6.11, in double precision.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,5 +1,8 @@
 // Transport headers and small syntactic elements: records and positions of streams built field by
 // field. Every reader starts in the middle of a byte where it may.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,5 +1,8 @@
 // Individual channel streams built field by field. The few codewords that occur are literal:
 // scalefactor differences here, spectral tuples where they are used.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 
@@ -63,6 +66,11 @@ TEST(AacNoiseless, SectionLengthsAddUpTheirEscapes) {
         EXPECT_EQ(channel.scaleFactor[sfb], sfb == 31 ? 100 : 0);
     }
     EXPECT_EQ(channel.sfbCb[49], 0x5a);
+
+    // A length that is all escape goes on, also where it reaches max_sfb.
+    Channel escaped;
+    expectStatus(escaped, Form::kSeparate,
+                 longWindow(100, 31).append(section(0, 31)).append(noTools()));
 
     // Three groups of short windows, each with a section of 7 and one of 2.
     BitWriter shorts = shortWindows(100, 9, 0x5b);
@@ -324,6 +332,10 @@ TEST(AacNoiseless, ScalableLayersHaveNoToolFlags) {
     Channel channel;
     makeScalable(channel, zetAacEightShort, 1, {3, 5});
     expectStatus(channel, Form::kShared, stream.repeat(2, 0, 1).repeat(8, 0x10, 5));
+    Channel fewer;  // windows that belong to no group are silent
+    makeScalable(fewer, zetAacEightShort, 1, {3, 4});
+    expectStatus(fewer, Form::kShared, stream.first(stream.size() - 5));
+    EXPECT_EQ(std::accumulate(fewer.spectrum.begin(), fewer.spectrum.end(), 0), 7);
     EXPECT_EQ(channel.info.num_windows, 8);
     EXPECT_EQ(channel.spectrum[2 * 4], 1);
     EXPECT_EQ(channel.spectrum[3 * 128 + 4 * 4], 1);

@@ -1,4 +1,7 @@
 // Frequency-domain and long-term prediction.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

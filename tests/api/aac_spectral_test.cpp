@@ -1,4 +1,7 @@
 // The spectral tools of AAC against values worked out by hand and models written another way.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,4 +1,7 @@
 // The code of the guide is code that the tests compile and run.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
 #include <fstream>

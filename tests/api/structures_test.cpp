@@ -1,5 +1,8 @@
 // The life of every structure that an Init or an InitAlloc makes: in memory of exactly the size
 // told, at any alignment, without memory, and shared between threads.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -6,7 +6,7 @@
 
 #include "aac/filter_bank_kernels.h"
 #include "kernels/kernel_rows.h"
-#include "tables/aac_windows.h"
+#include "tables/aac/windows.h"
 
 namespace zetac::aac {
 namespace {

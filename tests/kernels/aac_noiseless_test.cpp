@@ -1,4 +1,7 @@
 // Every codeword of every book through the public decoder, written with the literal books.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 
@@ -8,9 +11,9 @@
 #include <random>
 
 #include "support/channel_stream.h"
-#include "tables/aac_scalefactor_book.h"
-#include "tables/aac_spectral_books.h"
-#include "tables/aac_swb_offset.h"
+#include "tables/aac/scalefactor_book.h"
+#include "tables/aac/spectral_books.h"
+#include "tables/aac/swb_offset.h"
 
 using namespace zetac::test;
 using namespace zetac::tables;

@@ -4,7 +4,7 @@
 #include "aac/filter_bank_kernels.h"
 #include "aac/inverse_quantization.h"
 #include "kernels/kernel_rows.h"
-#include "tables/aac_windows.h"
+#include "tables/aac/windows.h"
 
 namespace zetac::aac {
 namespace {

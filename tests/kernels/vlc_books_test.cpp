@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "support/channel_stream.h"
-#include "tables/aac_spectral_book_11.h"
+#include "tables/aac/spectral_books.h"
 #include "tables/mp3/huffman_books.h"
 
 using namespace zetac::test;

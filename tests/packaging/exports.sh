@@ -1,7 +1,8 @@
 #!/bin/sh
-# exports.sh LIBRARY HEADER: the library exports exactly the names that the header declares.
+# exports.sh LIBRARY HEADER [NAMES]: the library exports exactly the names that the header declares,
+# and none of the names that a release had is gone.
 set -eu
-library=$1 header=$2
+library=$1 header=$2 released=${3-/dev/null}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -21,3 +22,5 @@ echo "$(wc -l <"$work/declared") names declared, $(wc -l <"$work/exported") expo
 test -s "$work/declared"
 echo "Differences (- declared only, + exported only):"
 diff -U0 "$work/declared" "$work/exported"
+echo "Released, and not exported:"
+! LC_ALL=C comm -23 "$released" "$work/exported" | grep .

@@ -1,4 +1,7 @@
 // Writes a bit stream, most significant bit first, for tests that build streams field by field.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <cstdint>

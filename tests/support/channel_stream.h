@@ -1,4 +1,7 @@
 // An individual_channel_stream() for tests and what the noiseless decoders make of it.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // Allocation hooks that count blocks and let one chosen request fail.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

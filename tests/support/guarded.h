@@ -1,4 +1,7 @@
 // A buffer of a chosen alignment between canaries.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <gtest/gtest.h>

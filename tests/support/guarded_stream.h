@@ -1,4 +1,7 @@
 // A byte buffer that ends at a page without access: reading one byte too far ends the test.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <sys/mman.h>

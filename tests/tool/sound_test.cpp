@@ -74,7 +74,7 @@ TEST_F(Sound, OfDecoders) {
     const Bytes he = readFile(std::string(ZETAC_TEST_DATA) + "/he_aac/stereo_music.aac");
     const std::tuple<const char*, SbrOutput, bool> modes[] = {
         {"", SbrOutput::kDouble, false},
-        {"--float", SbrOutput::kDouble, true},
+        {"--sbr-float", SbrOutput::kDouble, true},
         {"--downsampled", SbrOutput::kCore, false},
         {"--no-sbr", SbrOutput::kNone, false}};
     for (const auto& [option, output, isFloat] : modes)

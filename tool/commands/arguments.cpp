@@ -77,7 +77,7 @@ CLI::App* addDecode(CLI::App& app, DecodeOptions& options) {
         ->add_flag("--downsampled", options.sbr.isDownsampled,
                    "Decode HE-AAC at the rate of its core, with the high band as far as it goes")
         ->excludes(noSbr);
-    decode->add_flag("--float", options.sbr.isFloat,
+    decode->add_flag("--sbr-float", options.sbr.isFloat,
                      "Decode the high band of HE-AAC in floating instead of fixed point");
     decode->footer(
         "A damaged frame is reported with its place and replaced by a fade-out. HE-AAC comes out\n"

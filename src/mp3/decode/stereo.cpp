@@ -6,7 +6,7 @@
 
 #include "core/checks.h"
 #include "core/fixed_point.h"
-#include "tables/aac_dequant.h"
+#include "tables/aac/dequant.h"
 #include "tables/mp3/stereo.h"
 
 namespace zetac::mp3 {
