@@ -115,7 +115,7 @@ DecodedFrame AacDecoder::render(bool isDamaged) {
     const bool isHeard = isKnown_ && concealment_.admits(isDamaged, samples(), sampleRate());
     if (states_ && isHeard && !options_.parsesOnly) synthesise();
     DecodedFrame result;
-    result.channels = isKnown_ ? outputChannels() : 0;
+    result.channels = isKnown_ ? channels() : 0;
     result.samples = isHeard ? samples() : 0;
     return result;
 }
@@ -144,8 +144,8 @@ void AacDecoder::follow(const RawBlock& block) {
     if (block.format == expected) return;
     parser_ = BlockParser();
     states_.reset();
-    isOpen_ = isKnown_ = decodesSbr_ = hasSound_ = false;
     stereo_.reset();
+    isOpen_ = isKnown_ = decodesSbr_ = hasSound_ = false;
 }
 
 /** From here on there is SBR. */
@@ -174,13 +174,11 @@ void AacDecoder::allocate() {
     }
     if (decodesSbr_) allocateSbr();
     if (options_.isFollowing && format.sbr == Signal::kYes) beginSbr();
-    const bool expectsPs = options_.expectPs || format.parametricStereo == Signal::kYes;
-    if (expectsPs && isSingleWithSbr()) beginStereo(true);
     makeRoom();
 }
 
 void AacDecoder::makeRoom() {
-    if (!options_.parsesOnly) output_.reserve(outputChannels(), samples());
+    if (!options_.parsesOnly) output_.reserve(channels(), samples());
 }
 
 int AacDecoder::outputPosition(int channel) const {
@@ -334,15 +332,13 @@ void AacDecoder::reset(uint64_t frame) {
         if (state.longTerm) *state.longTerm = LongTermPrediction();
     }
     if (states_ && decodesSbr_) allocateSbr();
-    if (stereo_) beginStereo(true);
-    hasSound_ = false;
 }
 
 /** Sound of 16 bits goes straight to its place where that is a plane, or beside one other channel;
  *  everything else takes the way over planes. */
 void AacDecoder::synthesise() {
-    const int channels = outputChannels();
-    output_.begin(channels, samples());
+    const int channels = parser_.channels();
+    output_.begin(this->channels(), samples());
     if (decodesSbr()) {
         synthesiseSbr();
         output_.interleave();
@@ -385,6 +381,10 @@ void AacDecoder::allocateSbr() {
         const int next = e + 1 < layout.elements() ? layout.firstChannel(e + 1) : layout.channels();
         stateOf(first).sbr = std::make_unique<SbrDecoder>(next - first == 2, sampleRate, options);
     }
+    hasSound_ = false;
+    const bool isExpected =
+        options_.expectPs || parser_.format().parametricStereo == Signal::kYes || stereo_;
+    if (isExpected && parser_.channels() == 1) beginStereo();
 }
 
 bool AacDecoder::hasParametricStereo() const {
@@ -394,9 +394,10 @@ bool AacDecoder::hasParametricStereo() const {
     return false;
 }
 
-void AacDecoder::beginStereo(bool isFirst) {
+/** From here on a single channel comes out as two. */
+void AacDecoder::beginStereo() {
     stereo_ = ChannelLayout::fromConfiguration(2);
-    stateOf(0).sbr->beginStereo(isFirst);
+    stateOf(0).sbr->beginStereo(!hasSound_);
     makeRoom();
 }
 
@@ -411,9 +412,9 @@ Fault AacDecoder::readSbr() {
         if (!failed(first)) first = fault;
         isWaiting_ = isWaiting_ || stateOf(element.firstChannel).sbr->parser().isWaiting();
     }
-    if (isSingleWithSbr() && !stereo_ && stateOf(0).sbr->parser().hasParametricStereo()) {
-        beginStereo(!hasSound_);
-    }
+    const bool mayBeStereo =
+        parser_.channels() == 1 && parser_.format().parametricStereo != Signal::kNo;
+    if (mayBeStereo && !stereo_ && hasParametricStereo()) beginStereo();
     return first;
 }
 
@@ -441,7 +442,7 @@ void AacDecoder::widenCore(int channel, Zet32s* core) {
     const Zet32s* samples = parser_.channel(channel).spectrum;
     const Zet32s max = ZETAC_SBR_ANALYSIS_MAX >> rest;
     for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
-        core[i] = std::clamp(samples[i], -max, max) * (1 << rest);
+        core[i] = std::max(std::min(samples[i], max), -max) * (1 << rest);
     }
 }
 

@@ -104,6 +104,9 @@ class AacDecoder {
     /** Whether parametric stereo has begun. */
     bool hasParametricStereo() const;
 
+    /** Of the output. */
+    int channels() const { return stereo_ ? stereo_->channels() : parser_.channels(); }
+
     /** Of the output. With parametric stereo it has two channels where the core has one.
      *  Only once the parser knows its layout. */
     const ChannelLayout& layout() const { return stereo_ ? *stereo_ : *parser_.layout(); }
@@ -159,9 +162,7 @@ class AacDecoder {
     void widenCore(int channel, Zet32s* core);
     Fault readSbr();
     void allocateSbr();
-    int outputChannels() const { return stereo_ ? 2 : parser_.channels(); }
-    bool isSingleWithSbr() const { return decodesSbr() && parser_.channels() == 1; }
-    void beginStereo(bool isFirst);
+    void beginStereo();
     void synthesiseSbr();
     void makeRoom();
     ChannelState& stateOf(int channel) { return states_[static_cast<size_t>(channel)]; }
@@ -175,12 +176,12 @@ class AacDecoder {
     Fault refusal_ = Fault::kNone;
     ConcealmentLimit concealment_;
     std::unique_ptr<ChannelState[]> states_;
-    std::optional<ChannelLayout> stereo_;  // by parametric stereo
-    bool hasSound_ = false;                // with SBR: some frame has been synthesised
     bool decodesSbr_;
-    bool isWaiting_ = false;  // the SBR data of the block build on others that have not come
-    bool isKnown_ = false;    // whether there is SBR, since a good block has come
-    uint64_t frame_ = 0;      // number of the block
+    std::optional<ChannelLayout> stereo_;  // of the output, with parametric stereo
+    bool hasSound_ = false;                // the banks of SBR have had some
+    bool isWaiting_ = false;               // the SBR data build on others that have not come
+    bool isKnown_ = false;                 // whether there is SBR, since a good block has come
+    uint64_t frame_ = 0;                   // number of the block
     PcmOutput output_;
 };
 

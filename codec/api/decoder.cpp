@@ -136,7 +136,7 @@ void describeAac(const StreamDecoder& stream, ZetacStreamInfo& info) {
     info.codedChannels = decoder.parser().channels();
     info.frameSamples = decoder.samples();
     info.hasSbr = decoder.decodesSbr();
-    info.hasParametricStereo = decoder.hasParametricStereo();
+    info.hasParametricStereo = decoder.channels() > decoder.parser().channels();
     const char* name = info.hasParametricStereo ? "HE-AAC v2"
                        : info.hasSbr            ? "HE-AAC"
                                                 : kProfiles[format.profile & 3];

@@ -36,7 +36,11 @@ class PcmPlane {
     void put(size_t first, const Zet32s* values, int fraction, size_t count) const {
         switch (format_) {
             case SampleFormat::kS16:
-                return round(first, values, fraction, count);
+                // Not std::clamp, which does not become vector instructions.
+                return convert<Zet16s>(
+                    first, values, count, [half = 1 << (fraction - 1), fraction](Zet32s v) {
+                        return std::max(std::min((v + half) >> fraction, 32767), -32768);
+                    });
             case SampleFormat::kS32:
                 return convert<Zet32s>(
                     first, values, count, [factor = 1 << (16 - fraction)](Zet32s v) {
@@ -68,19 +72,6 @@ class PcmPlane {
     }
 
   private:
-    /** Halves become the number above: the library rounds them to even, but the next odd value is
-     *  no half. */
-    void round(size_t first, const Zet32s* values, int fraction, size_t count) const {
-        constexpr size_t kChunk = 256;
-        Zet16s* to = static_cast<Zet16s*>(data_) + first;
-        for (size_t at = 0; at < count; at += kChunk) {
-            Zet32s odd[kChunk];
-            const size_t size = std::min(kChunk, count - at);
-            for (size_t i = 0; i < size; ++i) odd[i] = values[at + i] | 1;
-            zetsConvert_32s16s_Sfs(odd, to + at, static_cast<int>(size), fraction);
-        }
-    }
-
     template <class To, class From, class Operation>
     void convert(size_t first, const From* values, size_t count, Operation operation) const {
         To* to = static_cast<To*>(data_) + first;

@@ -20,15 +20,14 @@ void keepHistory(Row* rows) {
 }
 
 /** Subband samples from one band to another as integers. What the synthesis would saturate is
- * limited before. */
-void toFixed(const float* re, const float* im, int first, int end, Zet32sc* row) {
+ *  limited before. */
+void toFixed(const float* re, const float* im, int first, int end, Zet32sc* __restrict row) {
     constexpr float kScale = 1 << kSbrCoreFraction;
-    constexpr float kMax = 0x1p30F;
-    for (int k = first; k < end; ++k) {
-        const float x = std::max(std::min(re[k] * kScale, kMax), -kMax);
-        const float y = std::max(std::min(im[k] * kScale, kMax), -kMax);
-        row[k] = {static_cast<Zet32s>(x), static_cast<Zet32s>(y)};
-    }
+    const auto fixed = [](float value) {
+        constexpr float kMax = 0x1p30F;
+        return static_cast<Zet32s>(std::max(std::min(value * kScale, kMax), -kMax));
+    };
+    for (int k = first; k < end; ++k) row[k] = {fixed(re[k]), fixed(im[k])};
 }
 
 // --- Floating point -----------------------------------------------------------------------------

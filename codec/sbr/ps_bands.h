@@ -6,6 +6,7 @@
 #pragma once
 
 #include <algorithm>
+#include <type_traits>
 
 #include "sbr/ps_data.h"
 #include "sbr/subbands.h"
@@ -66,6 +67,16 @@ struct PsBands {
 
     static constexpr int paddedTo4(int count) { return (count + 3) / 4 * 4; }
 };
+
+/** Calls with every index from first on, as a constant: sums over bands of known widths need no
+ *  loops then. */
+template <int first, int end, class Operation>
+inline void forEachIndex(Operation operation) {
+    if constexpr (first < end) {
+        operation(std::integral_constant<int, first>());
+        forEachIndex<first + 1, end>(operation);
+    }
+}
 
 inline constexpr PsBands kPsBands20 = PsBands{
     .bands = 20,

@@ -4,22 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <type_traits>
 
 #include "sbr/trigonometry.h"
 
 namespace zetac::codec {
 namespace {
-
-/** Calls with every index from first on, as a constant: sums over bands of known widths need no
- *  loops then. */
-template <int first, int end, class Operation>
-inline void forEachIndex(Operation operation) {
-    if constexpr (first < end) {
-        operation(std::integral_constant<int, first>());
-        forEachIndex<first + 1, end>(operation);
-    }
-}
 
 /** Power of each parameter band.
  *  @param whole    power of QMF subbands
@@ -98,7 +87,8 @@ struct PsDecorrelator::Coefficients {
 template <int columns>
 void PsDecorrelator::AllPass<columns>::filter(const Coefficients<columns>& c, const int* row,
                                               const float* inRe, const float* inIm,
-                                              const float* gain, float* outRe, float* outIm) {
+                                              const float* gain, float* __restrict outRe,
+                                              float* __restrict outIm) {
     alignas(32) float xRe[columns];
     alignas(32) float xIm[columns];
     for (int k = 0; k < columns; ++k) {
@@ -106,15 +96,17 @@ void PsDecorrelator::AllPass<columns>::filter(const Coefficients<columns>& c, co
         xIm[k] = c.phaseRe[k] * inIm[k] + c.phaseIm[k] * inRe[k];
     }
     for (int m = 0; m < kLinks; ++m) {
-        float* ringRe = re[row[m]];
-        float* ringIm = im[row[m]];
+        float* __restrict ringRe = re[row[m]];
+        float* __restrict ringIm = im[row[m]];
         for (int k = 0; k < columns; ++k) {
             const float turnedRe = c.linkRe[m][k] * ringRe[k] - c.linkIm[m][k] * ringIm[k];
             const float turnedIm = c.linkRe[m][k] * ringIm[k] + c.linkIm[m][k] * ringRe[k];
-            ringRe[k] = xRe[k] + c.gain[m][k] * turnedRe;
-            ringIm[k] = xIm[k] + c.gain[m][k] * turnedIm;
-            xRe[k] = turnedRe - c.gain[m][k] * ringRe[k];
-            xIm[k] = turnedIm - c.gain[m][k] * ringIm[k];
+            const float fedRe = xRe[k] + c.gain[m][k] * turnedRe;
+            const float fedIm = xIm[k] + c.gain[m][k] * turnedIm;
+            ringRe[k] = fedRe;
+            ringIm[k] = fedIm;
+            xRe[k] = turnedRe - c.gain[m][k] * fedRe;
+            xIm[k] = turnedIm - c.gain[m][k] * fedIm;
         }
     }
     for (int k = 0; k < columns; ++k) {

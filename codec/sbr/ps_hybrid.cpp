@@ -183,11 +183,11 @@ namespace {
 
 template <const PsBands& bands>
 void join(const float* parts, float* subbands) {
-    for (int band = 0; band < bands.split; ++band) {
+    forEachIndex<0, bands.split>([&](auto band) {
         float sum = parts[bands.part[band]];
-        for (int k = bands.part[band] + 1; k < bands.part[band + 1]; ++k) sum += parts[k];
+        forEachIndex<bands.part[band] + 1, bands.part[band + 1]>([&](auto k) { sum += parts[k]; });
         subbands[band] = sum;
-    }
+    });
 }
 
 template <const PsBands& bands>

@@ -10,8 +10,8 @@ StreamDecoder::StreamDecoder(const StreamOptions& options)
     : options_(options), demuxer_(options.expected) {}
 
 const ChannelLayout* StreamDecoder::layout() const {
-    if (isAac()) return aac_->parser().layout() ? &aac_->layout() : nullptr;
-    return mp3Layout_ ? &*mp3Layout_ : nullptr;
+    if (!isAac()) return mp3Layout_ ? &*mp3Layout_ : nullptr;
+    return aac_->parser().layout() ? &aac_->layout() : nullptr;
 }
 
 /** Both decoders are large, and a stream needs one. */

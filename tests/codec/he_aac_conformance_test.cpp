@@ -97,7 +97,6 @@ TEST(ParametricStereo, MayBeginLate) {
         const size_t last = stereo.size() - 1;
         for (const size_t channel : {0, 1}) {
             const auto d = compare(side(rest, last - kFirst, channel), side(whole, last, channel));
-            std::printf("%d %f\n", d.max, d.rms);
             EXPECT_LE(d.max, 1);
         }
     }
