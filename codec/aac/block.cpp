@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "aac/prediction.h"
+#include "sbr/data.h"
 
 namespace zetac::codec {
 namespace {
@@ -308,7 +309,12 @@ Fault BlockParser::parseFill() {
 
 // --- HE-AAC -------------------------------------------------------------------------------------
 
-bool carriesSbr(std::span<const Zet8u> data) {
+namespace {
+
+/** Whether a block among the first ones is what is looked for.
+ *  @param isFound  asked of the parser after each good block */
+template <class IsFound>
+bool searchSbr(std::span<const Zet8u> data, IsFound isFound) {
     constexpr int kBlocksMax = 32;       // an encoder may take some frames to start SBR
     constexpr int kCoreRateMax = 48000;  // the standard has band tables up to twice this rate
     const auto stream = openStream(data);
@@ -320,9 +326,25 @@ bool carriesSbr(std::span<const Zet8u> data) {
         if (parser.format().sampleRate() > kCoreRateMax) return false;
         const Fault fault = parser.parse(block);
         stream->finish(parser.bytesUsed(), !failed(fault));
-        if (!failed(fault) && parser.hasSbr()) return true;
+        if (!failed(fault) && parser.hasSbr() && isFound(parser)) return true;
     }
     return false;
+}
+
+}  // namespace
+
+bool carriesSbr(std::span<const Zet8u> data) {
+    return searchSbr(data, [](BlockParser&) { return true; });
+}
+
+bool carriesPs(std::span<const Zet8u> data) {
+    std::optional<SbrParser> sbr;
+    return searchSbr(data, [&](BlockParser& parser) {
+        if (parser.channels() != 1) return false;
+        if (!sbr) sbr.emplace(false, 2 * parser.format().sampleRate());
+        sbr->parse(parser.elements()[0].sbr);
+        return sbr->hasParametricStereo();
+    });
 }
 
 }  // namespace zetac::codec

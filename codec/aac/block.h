@@ -121,4 +121,7 @@ class BlockParser {
  *  @param data  with kReadAhead readable bytes behind it */
 bool carriesSbr(std::span<const Zet8u> data);
 
+/** Whether parametric stereo begins among the first blocks of such a stream. */
+bool carriesPs(std::span<const Zet8u> data);
+
 }  // namespace zetac::codec

@@ -97,6 +97,7 @@ DecodedFrame AacDecoder::decode(const RawBlock& block) {
     DecodedFrame result = render(failed(fault));
     result.fault = fault;
     result.sbrFault = sbrFault;
+    result.isIncomplete = isWaiting_;
     result.bytesUsed = std::min(parser_.bytesUsed(), block.data.size());
     return result;
 }
@@ -114,7 +115,7 @@ DecodedFrame AacDecoder::render(bool isDamaged) {
     const bool isHeard = isKnown_ && concealment_.admits(isDamaged, samples(), sampleRate());
     if (states_ && isHeard && !options_.parsesOnly) synthesise();
     DecodedFrame result;
-    result.channels = isKnown_ ? parser_.channels() : 0;
+    result.channels = isKnown_ ? channels() : 0;
     result.samples = isHeard ? samples() : 0;
     return result;
 }
@@ -143,7 +144,8 @@ void AacDecoder::follow(const RawBlock& block) {
     if (block.format == expected) return;
     parser_ = BlockParser();
     states_.reset();
-    isOpen_ = isKnown_ = decodesSbr_ = false;
+    stereo_.reset();
+    isOpen_ = isKnown_ = decodesSbr_ = hasSound_ = false;
 }
 
 /** From here on there is SBR. */
@@ -164,7 +166,6 @@ void AacDecoder::allocate() {
     const bool isLongTerm = format.profile == kProfileLongTermPrediction;
     for (int c = 0; c < channels; ++c) {
         ChannelState& state = stateOf(c);
-        state.random = c + 1;
         if (format.profile == kProfileMain) {
             state.main = std::make_unique<MainPrediction>(format.samplingFrequencyIndex);
         }
@@ -176,11 +177,11 @@ void AacDecoder::allocate() {
 }
 
 void AacDecoder::makeRoom() {
-    if (!options_.parsesOnly) output_.reserve(parser_.channels(), samples());
+    if (!options_.parsesOnly) output_.reserve(channels(), samples());
 }
 
 int AacDecoder::outputPosition(int channel) const {
-    return options_.order == ChannelOrder::kWav ? parser_.layout()->wavPosition(channel) : channel;
+    return options_.order == ChannelOrder::kWav ? layout().wavPosition(channel) : channel;
 }
 
 size_t AacDecoder::stateBytes() const {
@@ -336,7 +337,7 @@ void AacDecoder::reset(uint64_t frame) {
  *  everything else takes the way over planes. */
 void AacDecoder::synthesise() {
     const int channels = parser_.channels();
-    output_.begin(channels, samples());
+    output_.begin(this->channels(), samples());
     if (decodesSbr()) {
         synthesiseSbr();
         output_.interleave();
@@ -379,6 +380,10 @@ void AacDecoder::allocateSbr() {
         const int next = e + 1 < layout.elements() ? layout.firstChannel(e + 1) : layout.channels();
         stateOf(first).sbr = std::make_unique<SbrDecoder>(next - first == 2, sampleRate, options);
     }
+    hasSound_ = false;
+    const bool isExpected =
+        options_.expectPs || parser_.format().parametricStereo == Signal::kYes || stereo_;
+    if (isExpected && parser_.channels() == 1) beginStereo();
 }
 
 bool AacDecoder::hasParametricStereo() const {
@@ -388,15 +393,27 @@ bool AacDecoder::hasParametricStereo() const {
     return false;
 }
 
+/** From here on a single channel comes out as two. */
+void AacDecoder::beginStereo() {
+    stereo_ = ChannelLayout::fromConfiguration(2);
+    stateOf(0).sbr->beginStereo(!hasSound_);
+    makeRoom();
+}
+
 /** Reads the SBR data of all elements.
  *  @return the first fault */
 Fault AacDecoder::readSbr() {
+    isWaiting_ = false;
     if (!decodesSbr()) return Fault::kNone;
     Fault first = Fault::kNone;
     for (const AudioElement& element : parser_.elements()) {
         const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);
         if (!failed(first)) first = fault;
+        isWaiting_ = isWaiting_ || stateOf(element.firstChannel).sbr->parser().isWaiting();
     }
+    const bool mayBeStereo =
+        parser_.channels() == 1 && parser_.format().parametricStereo != Signal::kNo;
+    if (mayBeStereo && !stereo_ && hasParametricStereo()) beginStereo();
     return first;
 }
 
@@ -424,7 +441,7 @@ void AacDecoder::widenCore(int channel, Zet32s* core) {
     const Zet32s* samples = parser_.channel(channel).spectrum;
     const Zet32s max = ZETAC_SBR_ANALYSIS_MAX >> rest;
     for (int i = 0; i < ZETAC_AAC_FRAME_LEN; ++i) {
-        core[i] = std::clamp(samples[i], -max, max) * (1 << rest);
+        core[i] = std::max(std::min(samples[i], max), -max) * (1 << rest);
     }
 }
 
@@ -436,6 +453,7 @@ void AacDecoder::synthesiseSbr() {
         ChannelState& state = stateOf(index);
         if (state.sbr) {
             sbr = state.sbr.get();
+            sbr->beginFrame(frame_ - 1);
             first = index;
         }
         if (state.longTerm) {
@@ -448,8 +466,13 @@ void AacDecoder::synthesiseSbr() {
             widenCore(index, core);
         }
         state.previousShape = parser_.channel(index).ics().window_shape;
-        sbr->decode(index - first, core, output_.plane(outputPosition(index)));
+        if (stereo_) {
+            sbr->decodeStereo(core, output_.plane(0), output_.plane(1));
+        } else {
+            sbr->decode(index - first, core, output_.plane(outputPosition(index)));
+        }
     }
+    hasSound_ = true;
 }
 
 }  // namespace zetac::codec

@@ -18,6 +18,7 @@
 #include <zetac.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "aac/block.h"
@@ -49,6 +50,9 @@ struct DecoderOptions {
     bool substituteNoise = true;  // false: bands of perceptual noise stay empty
     SbrOutput sbr = SbrOutput::kNone;
     bool isFloat = false;  // SBR in floating instead of fixed point
+    // A single channel with SBR comes out in stereo from the first block on. Otherwise it does so
+    // from the first block on that has parametric stereo.
+    bool expectPs = false;
     // Blocks tell whether there is SBR, and change the format; otherwise both stay as they were at
     // the start.
     bool isFollowing = false;
@@ -63,6 +67,7 @@ struct DecodedFrame {
     int channels = 0;      // in the output; 0: there is none, because no layout is known yet
     int samples = ZETAC_AAC_FRAME_LEN;  // per channel; 0 after a second of nothing but damage
     Fault sbrFault = Fault::kNone;      // why the core is merely resampled from here on
+    bool isIncomplete = false;          // it builds on SBR data that have not come
     bool needsMore = false;             // the block is open and goes on beyond its data
 };
 
@@ -96,6 +101,16 @@ class AacDecoder {
     BlockParser& parser() { return parser_; }
     const BlockParser& parser() const { return parser_; }
 
+    /** Whether parametric stereo has begun. */
+    bool hasParametricStereo() const;
+
+    /** Of the output. */
+    int channels() const { return stereo_ ? stereo_->channels() : parser_.channels(); }
+
+    /** Of the output. With parametric stereo it has two channels where the core has one.
+     *  Only once the parser knows its layout. */
+    const ChannelLayout& layout() const { return stereo_ ? *stereo_ : *parser_.layout(); }
+
     /** Of the output. */
     int sampleRate() const {
         const int rate = parser_.format().sampleRate();
@@ -110,9 +125,6 @@ class AacDecoder {
     }
     /** Samples of a frame. */
     int samples() const { return isDoubled() ? kSbrFrameLength : ZETAC_AAC_FRAME_LEN; }
-
-    /** Whether parametric stereo data have come, which are not decoded. */
-    bool hasParametricStereo() const;
 
     /** All memory that lives from frame to frame. */
     size_t stateBytes() const;
@@ -150,6 +162,7 @@ class AacDecoder {
     void widenCore(int channel, Zet32s* core);
     Fault readSbr();
     void allocateSbr();
+    void beginStereo();
     void synthesiseSbr();
     void makeRoom();
     ChannelState& stateOf(int channel) { return states_[static_cast<size_t>(channel)]; }
@@ -164,8 +177,11 @@ class AacDecoder {
     ConcealmentLimit concealment_;
     std::unique_ptr<ChannelState[]> states_;
     bool decodesSbr_;
-    bool isKnown_ = false;  // whether there is SBR, since a good block has come
-    uint64_t frame_ = 0;    // number of the block
+    std::optional<ChannelLayout> stereo_;  // of the output, with parametric stereo
+    bool hasSound_ = false;                // the banks of SBR have had some
+    bool isWaiting_ = false;               // the SBR data build on others that have not come
+    bool isKnown_ = false;                 // whether there is SBR, since a good block has come
+    uint64_t frame_ = 0;                   // number of the block
     PcmOutput output_;
 };
 

@@ -113,6 +113,7 @@ ZetacFrame frameOf(const ZetacDecoder& decoder, const StreamFrame& frame) {
     result.bytePosition = frame.bytePosition;
     result.byteCount = frame.bytes;
     result.isSeekPoint = frame.isSeekPoint;
+    result.isIncomplete = frame.isIncomplete;
     result.damage = damageOf(frame);
     if (frame.samples == 0 || decoder.options.parsesOnly) return result;
     const int planes = decoder.options.isPlanar ? frame.channels : 1;
@@ -135,7 +136,10 @@ void describeAac(const StreamDecoder& stream, ZetacStreamInfo& info) {
     info.codedChannels = decoder.parser().channels();
     info.frameSamples = decoder.samples();
     info.hasSbr = decoder.decodesSbr();
-    const char* name = info.hasSbr ? "HE-AAC" : kProfiles[format.profile & 3];
+    info.hasParametricStereo = decoder.channels() > decoder.parser().channels();
+    const char* name = info.hasParametricStereo ? "HE-AAC v2"
+                       : info.hasSbr            ? "HE-AAC"
+                                                : kProfiles[format.profile & 3];
     std::snprintf(info.description, sizeof info.description, "%s", name);
     if (stream.container() == zetac::codec::Container::kAdif) {
         info.bitRate = stream.demuxer().adifHeader().bitrate;

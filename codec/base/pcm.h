@@ -36,10 +36,11 @@ class PcmPlane {
     void put(size_t first, const Zet32s* values, int fraction, size_t count) const {
         switch (format_) {
             case SampleFormat::kS16:
-                return convert<Zet16s>(first, values, count,
-                                       [half = 1 << (fraction - 1), fraction](Zet32s v) {
-                                           return std::clamp((v + half) >> fraction, -32768, 32767);
-                                       });
+                // Not std::clamp, which does not become vector instructions.
+                return convert<Zet16s>(
+                    first, values, count, [half = 1 << (fraction - 1), fraction](Zet32s v) {
+                        return std::max(std::min((v + half) >> fraction, 32767), -32768);
+                    });
             case SampleFormat::kS32:
                 return convert<Zet32s>(
                     first, values, count, [factor = 1 << (16 - fraction)](Zet32s v) {
@@ -57,10 +58,9 @@ class PcmPlane {
     void put(size_t first, const Zet32f* values, size_t count) const {
         switch (format_) {
             case SampleFormat::kS16:
-                return convert<Zet16s>(first, values, count, [](Zet32f v) {
-                    const float limited = std::clamp(v, -32768.F, 32767.F);
-                    return static_cast<int>(limited + std::copysign(0.5F, limited));
-                });
+                zetsConvert_32f16s_Sfs(values, static_cast<Zet16s*>(data_) + first,
+                                       static_cast<int>(count), zetRndFinancial, 0);
+                return;
             case SampleFormat::kS32:
                 // The largest single below 2^31.
                 return convert<Zet32s>(first, values, count, [](Zet32f v) {

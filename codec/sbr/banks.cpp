@@ -19,62 +19,91 @@ void keepHistory(Row* rows) {
     std::memcpy(rows, rows + kSbrSlots, kSbrHistory * sizeof(Row));
 }
 
+/** Subband samples from one band to another as integers. What the synthesis would saturate is
+ *  limited before. */
+void toFixed(const float* re, const float* im, int first, int end, Zet32sc* __restrict row) {
+    constexpr float kScale = 1 << kSbrCoreFraction;
+    const auto fixed = [](float value) {
+        constexpr float kMax = 0x1p30F;
+        return static_cast<Zet32s>(std::max(std::min(value * kScale, kMax), -kMax));
+    };
+    for (int k = first; k < end; ++k) row[k] = {fixed(re[k]), fixed(im[k])};
+}
+
 // --- Floating point -----------------------------------------------------------------------------
 
 class FloatBanks : public SbrBanks {
   public:
-    explicit FloatBanks(bool isDownsampled);
+    explicit FloatBanks(const SbrBankOptions& options);
 
     void analyse(const Zet32s* core, int bands) override;
     const LowBand& low(int, int) override { return low_; }
     void predict(uint32_t bands, LowPrediction& prediction) override;
     void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) override;
-    size_t bytes() const override { return sizeof *this + memory_.size() + work_.size(); }
+    void addSide() override;
+    void synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) override;
+    void write(const PcmPlane& pcm) const override;
+    size_t bytes() const override;
 
   private:
     using GetSize = ZetStatus(int*, int*, int*);
 
-    /** Takes room for a bank at the end of the memory. */
-    size_t reserve(GetSize* getSize);
+    struct Synthesis {
+        std::vector<Zet8u> memory;
+        ZetsSynthesisFilterSpec_SBR_CToR_32f* whole = nullptr;
+        ZetsSynthesisDownFilterSpec_SBR_CToR_32f* down = nullptr;  // when down-sampled
+    };
+
+    /** Makes room for a bank.
+     *  @return scratch for its start */
+    std::vector<Zet8u> reserve(GetSize* getSize, std::vector<Zet8u>& memory);
+    void start(Synthesis& synthesis);
     static void joinLow(const LowBand& low, const SbrSplit& split, OutputBand& output);
 
     bool isDownsampled_;
-    std::vector<Zet8u> memory_;  // the states of both banks
-    std::vector<Zet8u> work_;    // scratch of both
-    std::vector<Zet8u> start_;   // scratch of their start
+    std::vector<Zet8u> memory_;  // of the analysis
+    std::vector<Zet8u> work_;    // scratch of all banks
     ZetsAnalysisFilterSpec_SBR_RToC_32f* analysis_ = nullptr;
-    ZetsSynthesisFilterSpec_SBR_CToR_32f* synthesis_ = nullptr;
-    ZetsSynthesisDownFilterSpec_SBR_CToR_32f* downSynthesis_ = nullptr;
+    Synthesis synthesis_[2];
     Zet32f window_[320];  // of the banks of 32 bands
     LowBand low_ = {};
     Zet32f samples_[kSbrFrameLength];  // in and out
 };
 
-size_t FloatBanks::reserve(GetSize* getSize) {
+std::vector<Zet8u> FloatBanks::reserve(GetSize* getSize, std::vector<Zet8u>& memory) {
     int spec = 0;
     int start = 0;
     int work = 0;
     getSize(&spec, &start, &work);
-    const size_t at = memory_.size();
-    memory_.resize(at + static_cast<size_t>(spec));
-    start_.resize(std::max(start_.size(), static_cast<size_t>(start)));
+    memory.resize(static_cast<size_t>(spec));
     work_.resize(std::max(work_.size(), static_cast<size_t>(work)));
-    return at;
+    return std::vector<Zet8u>(static_cast<size_t>(start));
 }
 
-FloatBanks::FloatBanks(bool isDownsampled) : isDownsampled_(isDownsampled) {
+FloatBanks::FloatBanks(const SbrBankOptions& options) : isDownsampled_(options.isDownsampled) {
     for (int i = 0; i < 320; ++i) window_[i] = SBR_TAB_QMF_WINDOW_640_FP[2 * i];
-    const size_t analysis = reserve(zetsAnalysisFilterGetSize_SBR_RToC_32f);
-    const size_t synthesis = reserve(isDownsampled ? zetsSynthesisDownFilterGetSize_SBR_CToR_32f
-                                                   : zetsSynthesisFilterGetSize_SBR_CToR_32f);
-    zetsAnalysisFilterInit_SBR_RToC_32f(&analysis_, &memory_[analysis], start_.data());
-    if (isDownsampled) {
-        zetsSynthesisDownFilterInit_SBR_CToR_32f(&downSynthesis_, &memory_[synthesis],
-                                                 start_.data());
+    auto scratch = reserve(zetsAnalysisFilterGetSize_SBR_RToC_32f, memory_);
+    zetsAnalysisFilterInit_SBR_RToC_32f(&analysis_, memory_.data(), scratch.data());
+    start(synthesis_[0]);
+}
+
+void FloatBanks::start(Synthesis& s) {
+    if (isDownsampled_) {
+        auto scratch = reserve(zetsSynthesisDownFilterGetSize_SBR_CToR_32f, s.memory);
+        zetsSynthesisDownFilterInit_SBR_CToR_32f(&s.down, s.memory.data(), scratch.data());
     } else {
-        zetsSynthesisFilterInit_SBR_CToR_32f(&synthesis_, &memory_[synthesis], start_.data());
+        auto scratch = reserve(zetsSynthesisFilterGetSize_SBR_CToR_32f, s.memory);
+        zetsSynthesisFilterInit_SBR_CToR_32f(&s.whole, s.memory.data(), scratch.data());
     }
-    start_ = {};
+}
+
+void FloatBanks::addSide() {
+    start(synthesis_[1]);
+}
+
+size_t FloatBanks::bytes() const {
+    return sizeof *this + memory_.size() + work_.size() + synthesis_[0].memory.size() +
+           synthesis_[1].memory.size();
 }
 
 void FloatBanks::analyse(const Zet32s* core, int bands) {
@@ -120,21 +149,25 @@ void FloatBanks::joinLow(const LowBand& low, const SbrSplit& split, OutputBand& 
 
 void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
     joinLow(low_, split, output);
-    const Zet32f* re[kSbrSlots];
-    const Zet32f* im[kSbrSlots];
-    for (int i = 0; i < kSbrSlots; ++i) {
-        re[i] = output.re[i];
-        im[i] = output.im[i];
-    }
+    synthesise(SubbandRows(output, 0, kQmfBands), 0, pcm);
+}
+
+void FloatBanks::synthesise(const SubbandRows& given, int side, const PcmPlane& pcm) {
+    SubbandRows rows = given;
+    const Synthesis& synthesis = synthesis_[side];
     if (isDownsampled_) {
-        zetsSynthesisDownFilter_SBR_CToR_32f_D2L(re, im, samples_, window_, kSbrSlots,
-                                                 downSynthesis_, work_.data());
+        zetsSynthesisDownFilter_SBR_CToR_32f_D2L(rows.re, rows.im, samples_, window_, kSbrSlots,
+                                                 synthesis.down, work_.data());
     } else {
-        zetsSynthesisFilter_SBR_CToR_32f_D2L(re, im, samples_, SBR_TAB_QMF_WINDOW_640_FP, kSbrSlots,
-                                             synthesis_, work_.data());
+        zetsSynthesisFilter_SBR_CToR_32f_D2L(rows.re, rows.im, samples_, SBR_TAB_QMF_WINDOW_640_FP,
+                                             kSbrSlots, synthesis.whole, work_.data());
     }
-    const int length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
-    pcm.put(0, samples_, static_cast<size_t>(length));
+    write(pcm);
+}
+
+void FloatBanks::write(const PcmPlane& pcm) const {
+    const size_t length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
+    pcm.put(0, samples_, length);
 }
 
 // --- Fixed point --------------------------------------------------------------------------------
@@ -142,38 +175,54 @@ void FloatBanks::synthesise(OutputBand& output, const SbrSplit& split, const Pcm
 /** Banks and predictors are integers; the high band in between is made in single precision. */
 class FixedBanks : public SbrBanks {
   public:
-    explicit FixedBanks(bool isDownsampled);
+    explicit FixedBanks(const SbrBankOptions& options);
 
     void analyse(const Zet32s* core, int bands) override;
     const LowBand& low(int first, int end) override;
     void predict(uint32_t bands, LowPrediction& prediction) override;
     void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) override;
-    size_t bytes() const override { return sizeof *this + analysis_.size() + synthesis_.size(); }
+    void addSide() override;
+    void synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) override;
+    void write(const PcmPlane& pcm) const override;
+    size_t bytes() const override {
+        return sizeof *this + analysis_.size() + synthesis_[0].size() + synthesis_[1].size();
+    }
 
   private:
-    void join(const OutputBand& output, const SbrSplit::Range& range, int slot, Zet32sc* row) const;
+    void start(std::vector<Zet8u>& synthesis) const;
+    void synthesise(const Zet32sc* row, int slot, int side);
 
     bool isDownsampled_;
     std::vector<Zet8u> analysis_;
-    std::vector<Zet8u> synthesis_;
+    std::vector<Zet8u> synthesis_[2];
     alignas(32) Zet32sc rows_[kLowRows][kLowBands] = {};
     LowBand low_ = {};  // the same as floating numbers, where they were asked for
+    alignas(32) Zet32s samples_[kSbrFrameLength];  // out
 };
 
-FixedBanks::FixedBanks(bool isDownsampled) : isDownsampled_(isDownsampled) {
+FixedBanks::FixedBanks(const SbrBankOptions& options) : isDownsampled_(options.isDownsampled) {
     int size = 0;
     zetsAnalysisFilterGetSize_SBRHQ_32s32sc(&size);
     analysis_.resize(static_cast<size_t>(size));
     zetsAnalysisFilterInit_SBRHQ_32s32sc(analysis_.data());
-    if (isDownsampled) {
+    start(synthesis_[0]);
+}
+
+void FixedBanks::start(std::vector<Zet8u>& synthesis) const {
+    int size = 0;
+    if (isDownsampled_) {
         zetsSynthesisDownFilterGetSize_SBRHQ_32sc32s(&size);
-        synthesis_.resize(static_cast<size_t>(size));
-        zetsSynthesisDownFilterInit_SBRHQ_32sc32s(synthesis_.data());
+        synthesis.resize(static_cast<size_t>(size));
+        zetsSynthesisDownFilterInit_SBRHQ_32sc32s(synthesis.data());
     } else {
         zetsSynthesisFilterGetSize_SBRHQ_32sc32s(&size);
-        synthesis_.resize(static_cast<size_t>(size));
-        zetsSynthesisFilterInit_SBRHQ_32sc32s(synthesis_.data());
+        synthesis.resize(static_cast<size_t>(size));
+        zetsSynthesisFilterInit_SBRHQ_32sc32s(synthesis.data());
     }
+}
+
+void FixedBanks::addSide() {
+    start(synthesis_[1]);
 }
 
 void FixedBanks::analyse(const Zet32s* core, int bands) {
@@ -211,41 +260,47 @@ void FixedBanks::predict(uint32_t bands, LowPrediction& p) {
     }
 }
 
-/** Values that the synthesis would saturate are limited before they become integers. */
-void FixedBanks::join(const OutputBand& output, const SbrSplit::Range& range, int slot,
-                      Zet32sc* row) const {
-    constexpr float kScale = 1 << kSbrCoreFraction;
-    const auto fixed = [](float value) {
-        constexpr float kMax = 0x1p30F;
-        return static_cast<Zet32s>(std::clamp(value * kScale, -kMax, kMax));
-    };
-    std::copy_n(rows_[slot + kSbrDelay], range.kx, row);
-    for (int k = range.kx; k < range.end; ++k) {
-        row[k] = {fixed(output.re[slot][k]), fixed(output.im[slot][k])};
+void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
+    alignas(32) Zet32sc row[kQmfBands];
+    for (int i = 0; i < kSbrSlots; ++i) {
+        const auto [kx, end] = split.at(i);
+        std::copy_n(rows_[i + kSbrDelay], kx, row);
+        toFixed(output.re[i], output.im[i], kx, end, row);
+        std::fill(row + end, row + kQmfBands, Zet32sc{});
+        synthesise(row, i, 0);
     }
-    std::fill(row + range.end, row + kQmfBands, Zet32sc{});
+    write(pcm);
 }
 
-void FixedBanks::synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) {
-    const size_t length = isDownsampled_ ? kLowBands : kQmfBands;
+void FixedBanks::synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) {
     alignas(32) Zet32sc row[kQmfBands];
-    alignas(32) Zet32s samples[kQmfBands];
+    std::fill(row + rows.end, row + kQmfBands, Zet32sc{});
     for (int i = 0; i < kSbrSlots; ++i) {
-        join(output, split.at(i), i, row);
-        if (isDownsampled_) {
-            zetsSynthesisDownFilter_SBRHQ_32sc32s(row, samples, synthesis_.data());
-        } else {
-            zetsSynthesisFilter_SBRHQ_32sc32s(row, samples, synthesis_.data());
-        }
-        pcm.put(static_cast<size_t>(i) * length, samples, kSbrCoreFraction, length);
+        toFixed(rows.re[i], rows.im[i], 0, rows.end, row);
+        synthesise(row, i, side);
     }
+    write(pcm);
+}
+
+void FixedBanks::synthesise(const Zet32sc* row, int slot, int side) {
+    Zet8u* const state = synthesis_[side].data();
+    if (isDownsampled_) {
+        zetsSynthesisDownFilter_SBRHQ_32sc32s(row, samples_ + slot * kLowBands, state);
+    } else {
+        zetsSynthesisFilter_SBRHQ_32sc32s(row, samples_ + slot * kQmfBands, state);
+    }
+}
+
+void FixedBanks::write(const PcmPlane& pcm) const {
+    const size_t length = isDownsampled_ ? ZETAC_AAC_FRAME_LEN : kSbrFrameLength;
+    pcm.put(0, samples_, kSbrCoreFraction, length);
 }
 
 }  // namespace
 
 std::unique_ptr<SbrBanks> SbrBanks::make(const SbrBankOptions& options) {
-    if (options.isFloat) return std::make_unique<FloatBanks>(options.isDownsampled);
-    return std::make_unique<FixedBanks>(options.isDownsampled);
+    if (options.isFloat) return std::make_unique<FloatBanks>(options);
+    return std::make_unique<FixedBanks>(options);
 }
 
 }  // namespace zetac::codec

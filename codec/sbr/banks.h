@@ -25,6 +25,21 @@ struct SbrBankOptions {
     bool isDownsampled = false;  // synthesis of 32 bands, at the rate of the core
 };
 
+/** The 64 subbands of a frame's slots. */
+struct SubbandRows {
+    const float* re[kSbrSlots];
+    const float* im[kSbrSlots];
+    int end;  // from here on they are zero
+
+    template <class Matrix>
+    SubbandRows(const Matrix& matrix, int firstRow, int bandEnd) : end(bandEnd) {
+        for (int i = 0; i < kSbrSlots; ++i) {
+            re[i] = matrix.re[firstRow + i];
+            im[i] = matrix.im[firstRow + i];
+        }
+    }
+};
+
 /** Where the high band begins and ends: a frame's first slots may belong to the one before. */
 struct SbrSplit {
     struct Range {
@@ -62,6 +77,16 @@ class SbrBanks {
     /** Joins the low band to the high one and synthesises a frame.
      *  @param output  in: the high band; the rest is scratch */
     virtual void synthesise(OutputBand& output, const SbrSplit& split, const PcmPlane& pcm) = 0;
+
+    /** Makes a second synthesis, for parametric stereo. */
+    virtual void addSide() = 0;
+
+    /** Synthesises a frame from all its subbands.
+     *  @param side  0, or 1 for the second synthesis */
+    virtual void synthesise(const SubbandRows& rows, int side, const PcmPlane& pcm) = 0;
+
+    /** Writes the frame that was synthesised last once more. */
+    virtual void write(const PcmPlane& pcm) const = 0;
 
     /** Memory behind this object and of it. */
     virtual size_t bytes() const = 0;

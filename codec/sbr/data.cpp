@@ -26,7 +26,7 @@ bool isCrcGood(const SbrPayload& payload) {
 }  // namespace
 
 Fault SbrParser::parse(const SbrPayload& payload) {
-    isActive_ = isReset_ = false;
+    isActive_ = isReset_ = isWaiting_ = false;
     if (payload.bytes == 0) {
         lose();
         return Fault::kNone;
@@ -38,16 +38,24 @@ Fault SbrParser::parse(const SbrPayload& payload) {
     Fault fault = hasCrc && !isCrcGood(payload) ? SbrFault::kCrc : Fault::kNone;
     const bool bs_header_flag = bits.flag();
     const bool isFresh = !isSynchronised_;
-    if (isFresh && !bs_header_flag) return fault;
+    if (isFresh && !bs_header_flag) {
+        lose();
+        isWaiting_ = true;
+        return fault;
+    }
     if (!failed(fault) && bs_header_flag) fault = readHeader(bits);
-    if (!failed(fault)) fault = readData(bits);
+    if (!failed(fault)) fault = isPair_ ? readPair(bits) : readSingle(bits);
     if (!failed(fault) && bits.isBeyondEnd()) fault = SbrFault::kTruncated;
+    Fault stereoFault = Fault::kNone;
+    if (!failed(fault)) fault = readExtendedData(bits, stereoFault);
+    if (failed(fault)) ps_.lose();
     // What builds on data that were lost makes no sense, and is no new damage.
     const bool isUsable =
         !isFresh || (channels_[0].factors.startsAfresh() && channels_[1].factors.startsAfresh());
+    isWaiting_ = !isUsable;
     isActive_ = isSynchronised_ = isUsable && !failed(fault);
     isReset_ = isReset_ || isFresh;
-    return fault;
+    return failed(fault) ? fault : stereoFault;
 }
 
 Fault SbrParser::readHeader(SbrBits& bits) {
@@ -64,12 +72,6 @@ Fault SbrParser::readHeader(SbrBits& bits) {
     hasTables_ = true;
     isReset_ = !hasSameBands;
     return Fault::kNone;
-}
-
-Fault SbrParser::readData(SbrBits& bits) {
-    const Fault fault = isPair_ ? readPair(bits) : readSingle(bits);
-    if (!failed(fault)) readExtendedData(bits);
-    return fault;
 }
 
 Fault SbrParser::readSingle(SbrBits& bits) {
@@ -159,15 +161,22 @@ void SbrParser::readHarmonics(SbrBits& bits, SbrChannel& channel) const {
     }
 }
 
-/** Looks for parametric stereo, and reads none of it. */
-void SbrParser::readExtendedData(SbrBits& bits) {
+/** Reads parametric stereo, if that comes first. What is wrong with it alone does no other harm. */
+Fault SbrParser::readExtendedData(SbrBits& bits, Fault& stereoFault) {
     constexpr unsigned kParametricStereo = 2;  // bs_extension_id
-    if (!bits.flag()) return;                  // bs_extended_data
-    size_t size = bits.get(4);                 // bs_extension_size
-    if (size == 15) size += bits.get(8);       // bs_esc_count
+    size_t size = 0;
+    if (bits.flag()) size = bits.get(4);  // bs_extended_data, bs_extension_size
+    if (size == 15) size += bits.get(8);  // bs_esc_count
+    SbrBits extension = bits;
     const size_t end = bits.position() + size * 8;
-    if (size > 0 && bits.get(2) == kParametricStereo) hasParametricStereo_ = true;
-    bits.skip(end - bits.position());
+    bits.skip(size * 8);
+    if (bits.isBeyondEnd()) return SbrFault::kTruncated;
+    if (!isPair_ && size > 0 && extension.get(2) == kParametricStereo) {
+        stereoFault = ps_.parse(extension, end);
+    } else {
+        ps_.hold();
+    }
+    return Fault::kNone;
 }
 
 }  // namespace zetac::codec

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "sbr/envelope.h"
+#include "sbr/ps_data.h"
 
 namespace zetac::codec {
 
@@ -24,18 +25,26 @@ class SbrParser {
     /** @param sampleRate  of the output, in hertz */
     SbrParser(bool isPair, int sampleRate) : isPair_(isPair), sampleRate_(sampleRate) {}
 
-    /** @param payload  empty when the block carries none for this element */
+    /** @param payload  empty when the block carries none for this element
+     *  @return kPsData if parametric stereo alone is damaged */
     Fault parse(const SbrPayload& payload);
 
     /** Forgets everything up to the next header. */
-    void lose() { isSynchronised_ = isActive_ = false; }
+    void lose() {
+        isSynchronised_ = isActive_ = false;
+        ps_.lose();
+    }
 
     /** Whether the last frame has data to make a high band from. */
     bool isActive() const { return isActive_; }
+    /** Whether the last frame has data that build on others which have not come. */
+    bool isWaiting() const { return isWaiting_; }
     /** Whether its high band has nothing in common with the one before. */
     bool isReset() const { return isReset_; }
-    /** Whether parametric stereo data have come. */
-    bool hasParametricStereo() const { return hasParametricStereo_; }
+    /** Whether parametric stereo has begun. */
+    bool hasParametricStereo() const { return ps_.hasStarted(); }
+    /** Its parameters in the last frame, whether new or held. */
+    const PsFrame& parametricStereo() const { return ps_.frame(); }
 
     int channels() const { return isPair_ ? 2 : 1; }
     const SbrHeader& header() const { return header_; }
@@ -44,7 +53,6 @@ class SbrParser {
 
   private:
     Fault readHeader(SbrBits& bits);
-    Fault readData(SbrBits& bits);
     Fault readSingle(SbrBits& bits);
     Fault readPair(SbrBits& bits);
     Fault readGrid(SbrBits& bits, SbrChannel& channel);
@@ -52,18 +60,19 @@ class SbrParser {
     void readInverseFiltering(SbrBits& bits, SbrChannel& channel) const;
     Fault readFactors(SbrBits& bits, SbrChannel& channel, bool isBalance);
     void readHarmonics(SbrBits& bits, SbrChannel& channel) const;
-    void readExtendedData(SbrBits& bits);
+    Fault readExtendedData(SbrBits& bits, Fault& stereoFault);
 
     bool isPair_;
     int sampleRate_;
     bool isSynchronised_ = false;  // a header and all frames since have been read
     bool isActive_ = false;
     bool isReset_ = false;
-    bool hasParametricStereo_ = false;
+    bool isWaiting_ = false;
     bool hasTables_ = false;
     SbrHeader header_;
     SbrFrequencyTables tables_;
     SbrChannel channels_[2];
+    PsParser ps_;
 };
 
 }  // namespace zetac::codec

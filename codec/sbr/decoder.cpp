@@ -12,12 +12,42 @@ SbrDecoder::SbrDecoder(bool isPair, int sampleRate, const SbrBankOptions& option
 }
 
 size_t SbrDecoder::stateBytes() const {
-    size_t bytes = sizeof *this;
+    size_t bytes = sizeof *this + (ps_ ? sizeof *ps_ : 0);
     for (int i = 0; i < parser_.channels(); ++i) bytes += channels_[i].banks->bytes();
     return bytes;
 }
 
 void SbrDecoder::decode(int channel, const Zet32s* core, const PcmPlane& pcm) {
+    const SbrSplit split = makeBands(channel, core);
+    channels_[channel].banks->synthesise(output_, split, pcm);
+}
+
+void SbrDecoder::beginStereo(bool isFirst) {
+    ps_ = std::make_unique<PsDecoder>();
+    channels_[0].banks->addSide();
+    isMono_ = !isFirst;
+}
+
+void SbrDecoder::decodeStereo(const Zet32s* core, const PcmPlane& left, const PcmPlane& right) {
+    SbrBanks& banks = *channels_[0].banks;
+    const PsFrame& frame = parser_.parametricStereo();
+    const SbrSplit split = makeBands(0, core);
+    const LowBand& low = banks.low(0, kLowBands);
+    if (isMono_) {
+        ps_->listen(frame.is34, low, output_, split);
+        banks.synthesise(ps_->left(), 1, right);
+        banks.synthesise(ps_->left(), 0, left);
+        banks.write(right);
+    } else {
+        ps_->decode(frame, low, output_, split);
+        banks.synthesise(ps_->left(), 0, left);
+        banks.synthesise(ps_->right(), 1, right);
+    }
+    isMono_ = false;
+}
+
+/** The subbands of a frame: the low band in the bank, the high band in the output. */
+SbrSplit SbrDecoder::makeBands(int channel, const Zet32s* core) {
     ChannelState& state = channels_[channel];
     const SbrFrequencyTables& tables = parser_.tables();
     SbrSplit split{state.overhang, state.range, {}};
@@ -32,7 +62,7 @@ void SbrDecoder::decode(int channel, const Zet32s* core, const PcmPlane& pcm) {
         state.generator = {};
         state.adjuster = {};
     }
-    state.banks->synthesise(output_, split, pcm);
+    return split;
 }
 
 /** @param first  slot before which the last frame's envelopes reach */
@@ -50,7 +80,7 @@ void SbrDecoder::makeHighBand(ChannelState& state, const SbrChannel& channel, in
         std::fill_n(output_.im[slot] + tables.kx(), tables.count(), 0.F);
     }
     state.adjuster.adjust(parser_.header(), tables, channel, parser_.isReset(), high_, first,
-                          output_);
+                          firstSlot_, output_);
     state.overhang = 2 * channel.grid.end() - kSbrSlots;
     keepOverhang(output_, state);
 }

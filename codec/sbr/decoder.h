@@ -11,6 +11,7 @@
 #include "sbr/data.h"
 #include "sbr/hf_adjuster.h"
 #include "sbr/hf_generator.h"
+#include "sbr/ps_decoder.h"
 
 namespace zetac::codec {
 
@@ -24,6 +25,10 @@ class SbrDecoder {
      *  @param payload  empty when there are none */
     Fault read(const SbrPayload& payload) { return parser_.parse(payload); }
 
+    /** @param frame  number of the frame to be decoded next, counted from the start of the stream
+     */
+    void beginFrame(uint64_t frame) { firstSlot_ = static_cast<unsigned>(frame * kSbrSlots); }
+
     /** Passes over a frame whose data are lost. */
     void lose() { parser_.lose(); }
 
@@ -31,6 +36,15 @@ class SbrDecoder {
      *  @param core  1024 samples with kSbrCoreFraction fractional bits
      *  @param pcm   out: 2048 samples, or 1024 when down-sampled */
     void decode(int channel, const Zet32s* core, const PcmPlane& pcm);
+
+    /** Has the next frame of a single channel come out in stereo.
+     *  @param isFirst  nothing has been decoded before; else the next frame is mono on both sides
+     *                  still, while the banks take up its sound */
+    void beginStereo(bool isFirst);
+    bool isStereo() const { return ps_ != nullptr; }
+
+    /** Decodes a frame of stereo; as decode(). */
+    void decodeStereo(const Zet32s* core, const PcmPlane& left, const PcmPlane& right);
 
     const SbrParser& parser() const { return parser_; }
 
@@ -51,14 +65,18 @@ class SbrDecoder {
         float im[kOverhangMax][kSbrBandsMax];
     };
 
+    SbrSplit makeBands(int channel, const Zet32s* core);
     void makeHighBand(ChannelState& state, const SbrChannel& channel, int first);
     static void takeOverhang(const ChannelState& state, OutputBand& output);
     static void keepOverhang(const OutputBand& output, ChannelState& state);
 
     SbrParser parser_;
     ChannelState channels_[2];
-    HighBand high_;      // scratch
-    OutputBand output_;  // scratch
+    std::unique_ptr<PsDecoder> ps_;
+    unsigned firstSlot_ = 0;  // of the frame, counted from the start of the stream
+    bool isMono_ = false;     // on both sides, in the next frame
+    HighBand high_;           // scratch
+    OutputBand output_;       // scratch
 };
 
 }  // namespace zetac::codec

@@ -14,6 +14,8 @@ struct SbrFault {
     static constexpr Fault kHeader{Fault::Domain::kSbr, 3, "an SBR header with impossible bands"};
     static constexpr Fault kGrid{Fault::Domain::kSbr, 4, "SBR envelopes with impossible borders"};
     static constexpr Fault kValue{Fault::Domain::kSbr, 5, "an SBR scale factor out of range"};
+    static constexpr Fault kParametricStereo{
+        Fault::Domain::kSbr, 6, "the parametric stereo data are damaged; the last ones hold"};
 };
 
 }  // namespace zetac::codec

@@ -64,39 +64,51 @@ void average(const SbrBandTable<kSbrBandsMax>& table, float* power) {
     }
 }
 
-/** Lowers gains that stand out of their limiter band, and makes up for the loss by raising all. */
+/** Lowers gains that stand out of their limiter band, and makes up for the loss by raising all.
+ * Sums go along a band in loops of their own, so that all other work is in vectors. */
 void limit(const SbrBandTable<kSbrBandsMax>& table, int bs_limiter_gains, const float* wanted,
            const float* measured, bool isTransient, float* gain, float* noise, float* sine) {
     static constexpr float kLimiterGain[] = {0.70795F, 1.0F, 1.41254F, 1e10F};
     constexpr float kGainMax = 1e5F;
     constexpr float kBoostMax = 1.584893192F;
     constexpr float kEpsilon = 1e-12F;
+    const int count = table.end() - table.first();
+    float value[kSbrBandsMax];  // of each band
+    float perSubband[kSbrBandsMax];
+    float wantedSum[kSbrBandsMax];  // of each band
     for (int band = 0; band < table.bands; ++band) {
-        const int first = table.column(band);
-        const int last = table.column(band + 1);
-        float wantedSum = kEpsilon;
         float measuredSum = kEpsilon;
-        for (int m = first; m < last; ++m) {
-            wantedSum += wanted[m];
+        wantedSum[band] = kEpsilon;
+        for (int m = table.column(band); m < table.column(band + 1); ++m) {
+            wantedSum[band] += wanted[m];
             measuredSum += measured[m];
         }
-        const float gainMax =
-            std::min(kGainMax, kLimiterGain[bs_limiter_gains] * std::sqrt(wantedSum / measuredSum));
+        value[band] = std::min(
+            kGainMax, kLimiterGain[bs_limiter_gains] * std::sqrt(wantedSum[band] / measuredSum));
+    }
+    spread(table, value, perSubband);
+    float power[kSbrBandsMax];
+    float noisePower[kSbrBandsMax];
+    for (int m = 0; m < count; ++m) {
+        const bool isLow = gain[m] <= perSubband[m];
+        noise[m] *= isLow ? 1.F : perSubband[m] / gain[m];
+        gain[m] = isLow ? gain[m] : perSubband[m];
+        power[m] = measured[m] * gain[m] * gain[m] + sine[m] * sine[m];
+        noisePower[m] = !isTransient && sine[m] == 0 ? noise[m] * noise[m] : 0.F;
+    }
+    for (int band = 0; band < table.bands; ++band) {
         float made = kEpsilon;
-        for (int m = first; m < last; ++m) {
-            if (gain[m] > gainMax) {
-                noise[m] *= gainMax / gain[m];
-                gain[m] = gainMax;
-            }
-            made += measured[m] * gain[m] * gain[m] + sine[m] * sine[m];
-            if (!isTransient && sine[m] == 0) made += noise[m] * noise[m];
+        for (int m = table.column(band); m < table.column(band + 1); ++m) {
+            made += power[m];
+            made += noisePower[m];
         }
-        const float boost = std::min(kBoostMax, std::sqrt(wantedSum / made));
-        for (int m = first; m < last; ++m) {
-            gain[m] *= boost;
-            noise[m] *= boost;
-            sine[m] *= boost;
-        }
+        value[band] = std::min(kBoostMax, std::sqrt(wantedSum[band] / made));
+    }
+    spread(table, value, perSubband);
+    for (int m = 0; m < count; ++m) {
+        gain[m] *= perSubband[m];
+        noise[m] *= perSubband[m];
+        sine[m] *= perSubband[m];
     }
 }
 
@@ -107,8 +119,10 @@ struct SbrHfAdjuster::Frame {
     const SbrFrequencyTables& tables;
     const SbrChannel& channel;
     const HighBand& high;
-    int first;  // slot before which nothing is written
+    int first;             // slot before which nothing is written
+    unsigned firstNumber;  // of slot 0 in the stream
 
+    unsigned number(int slot) const { return firstNumber + static_cast<unsigned>(slot); }
     int padded() const { return paddedBands(tables.count()); }
     int slot(int envelope) const { return 2 * channel.grid.border[envelope]; }
 };
@@ -199,8 +213,6 @@ void SbrHfAdjuster::assemble(const Frame& f, int envelope, const Envelope& e, Ou
             addNoise(f, begin + i, gain, noise, output);
             if (e.hasSine) addSinusoids(f, begin + i, e.sine, output);
         }
-        noiseIndex_ = (noiseIndex_ + static_cast<unsigned>(count)) % kNoiseLength;
-        sinePhase_ = (sinePhase_ + 1) % 4;
     }
     gains_.push(e.gain, slots);
     noises_.push(e.noise, slots);
@@ -208,8 +220,10 @@ void SbrHfAdjuster::assemble(const Frame& f, int envelope, const Envelope& e, Ou
 
 void SbrHfAdjuster::addNoise(const Frame& f, int slot, const Row& gain, const Row& noise,
                              OutputBand& output) const {
-    const float* noiseRe = kNoise.re + (noiseIndex_ + 1) % kNoiseLength;
-    const float* noiseIm = kNoise.im + (noiseIndex_ + 1) % kNoiseLength;
+    const unsigned index =
+        (f.number(slot) - noiseOrigin_) * static_cast<unsigned>(f.tables.count());
+    const float* noiseRe = kNoise.re + (index + 1) % kNoiseLength;
+    const float* noiseIm = kNoise.im + (index + 1) % kNoiseLength;
     float* __restrict re = output.re[slot] + f.tables.kx();
     float* __restrict im = output.im[slot] + f.tables.kx();
     const int padded = f.padded();
@@ -222,20 +236,28 @@ void SbrHfAdjuster::addNoise(const Frame& f, int slot, const Row& gain, const Ro
 /** The phase turns by a quarter a slot, backwards in odd subbands. */
 void SbrHfAdjuster::addSinusoids(const Frame& f, int slot, const Row& sine,
                                  OutputBand& output) const {
+    static constexpr float kSigns[] = {1, -1, 1};
     const int kx = f.tables.kx();
-    const float even = sinePhase_ < 2 ? 1.F : -1.F;
-    const float odd = sinePhase_ % 2 ? -even : even;
-    float* part = (sinePhase_ % 2 ? output.im : output.re)[slot];
-    for (int k = kx; k < kx + f.tables.count(); ++k)
-        part[k] += sine.v[k - kx] * (k % 2 ? odd : even);
+    const unsigned phase = f.number(slot) % 4;
+    const bool isImaginary = phase % 2 != 0;
+    const float sign = phase < 2 ? 1.F : -1.F;
+    // Of the first subband and every second one after it, and of those between.
+    const float first = isImaginary ? sign * kSigns[kx % 2] : sign;
+    const float second = isImaginary ? sign * kSigns[kx % 2 + 1] : sign;
+    float* __restrict part = (isImaginary ? output.im : output.re)[slot] + kx;
+    for (int m = 0; m < f.padded(); m += 2) {
+        part[m] += sine.v[m] * first;
+        part[m + 1] += sine.v[m + 1] * second;
+    }
 }
 
 void SbrHfAdjuster::adjust(const SbrHeader& header, const SbrFrequencyTables& tables,
                            const SbrChannel& channel, bool isReset, const HighBand& high, int first,
-                           OutputBand& output) {
-    const Frame frame{header, tables, channel, high, first};
+                           unsigned firstNumber, OutputBand& output) {
+    const Frame frame{header, tables, channel, high, first, firstNumber};
     bool isSine[kQmfBands] = {};
-    if (isReset) noiseIndex_ = 0;
+    if (isReset) noiseOrigin_ = hasRun_ ? frame.number(frame.slot(0)) : 0;
+    hasRun_ = true;
     for (int l = 0; l < channel.grid.envelopes; ++l) {
         Envelope gains;
         std::fill(isSine, isSine + kQmfBands, false);

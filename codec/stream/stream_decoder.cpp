@@ -10,8 +10,8 @@ StreamDecoder::StreamDecoder(const StreamOptions& options)
     : options_(options), demuxer_(options.expected) {}
 
 const ChannelLayout* StreamDecoder::layout() const {
-    const auto& layout = isAac() ? aac_->parser().layout() : mp3Layout_;
-    return layout ? &*layout : nullptr;
+    if (!isAac()) return mp3Layout_ ? &*mp3Layout_ : nullptr;
+    return aac_->parser().layout() ? &aac_->layout() : nullptr;
 }
 
 /** Both decoders are large, and a stream needs one. */
@@ -79,6 +79,7 @@ StreamDecoder::Step StreamDecoder::deliverBlock(const DecodedFrame& decoded, Str
                   static_cast<uint32_t>(block_.isBounded ? block_.data.size() : decoded.bytesUsed);
     frame.isSeekPoint = block_.isFirst;
     frame.fault = failed(decoded.fault) ? decoded.fault : decoded.sbrFault;
+    frame.isIncomplete = decoded.isIncomplete;
     return deliver(frame, decoded.channels, decoded.samples);
 }
 

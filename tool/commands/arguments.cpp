@@ -81,7 +81,7 @@ CLI::App* addDecode(CLI::App& app, DecodeOptions& options) {
                      "Decode the high band of HE-AAC in floating instead of fixed point");
     decode->footer(
         "A damaged frame is reported with its place and replaced by a fade-out. HE-AAC comes out\n"
-        "at twice the rate of its core, HE-AAC v2 as mono; where its SBR data are damaged, the\n"
+        "at twice the rate of its core, HE-AAC v2 in stereo; where its SBR data are damaged, the\n"
         "high band is missing up to their next header.\n"
         "Examples:\n"
         "  zetac decode song.aac             writes song.wav\n"

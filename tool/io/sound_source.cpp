@@ -21,10 +21,21 @@ codec::DecoderOptions decoderOptions(std::span<const Zet8u> data, const SbrOptio
     options.isFloat = sbr.isFloat;
     if (sbr.isOn && codec::carriesSbr(data)) {
         options.sbr = sbr.isDownsampled ? codec::SbrOutput::kCore : codec::SbrOutput::kDouble;
+        options.expectPs = codec::carriesPs(data);
     }
     return options;
 }
 
+constexpr const char* kMonoThroughout =
+    "changes between mono and stereo; the output is mono throughout";
+
+void mixDown(Zet16s* pcm, size_t samples) {
+    for (size_t i = 0; i < samples; ++i) {
+        pcm[i] = static_cast<Zet16s>((pcm[2 * i] + pcm[2 * i + 1]) >> 1);
+    }
+}
+
+/** Parametric stereo may begin late; what comes out has the channels of the first frame. */
 class AacSource : public SoundSource {
   public:
     AacSource(std::span<const Zet8u> data, const SbrOptions& sbr, bool isDecoded)
@@ -42,35 +53,39 @@ class AacSource : public SoundSource {
         stream_->finish(decoded.bytesUsed, !failed(decoded.fault));
         if (decoded.fault.isRefusal) throw Failure(decoded.fault.text);
         hasSbr_ = hasSbr_ || (!failed(decoded.fault) && decoder_.parser().hasSbr());
+        if (!layout_ && decoded.channels > 0) layout_ = decoder_.layout();
+        if (layout_ && decoded.channels > layout_->channels()) {
+            if (pcm()) mixDown(pcm(), static_cast<size_t>(decoded.samples));
+            isMixed_ = true;
+        }
         frame = {.position = block.position,
                  .inputBytes = block.data.size(),
                  .fault = {},
                  .isFaultNews = true,
                  .pcm = pcm(),
-                 .channels = decoded.channels,
+                 .channels = layout_ ? layout_->channels() : 0,
                  .samples = static_cast<size_t>(decoded.samples),
                  .isHeard = !failed(decoded.fault)};
         if (failed(decoded.fault)) {
             frame.fault = decoded.fault.text;
         } else if (failed(decoded.sbrFault)) {
-            frame.fault =
-                std::string(decoded.sbrFault.text) + "; resampled only until the next header";
+            frame.fault = decoded.sbrFault.text;
+            if (decoded.sbrFault != codec::SbrFault::kParametricStereo) {
+                frame.fault += "; resampled only until the next header";
+            }
         }
         return true;
     }
 
     ForeignBytes foreign() const override { return foreign_; }
     int sampleRate() const override { return decoder_.sampleRate(); }
-    const codec::ChannelLayout& layout() const override { return *decoder_.parser().layout(); }
+    const codec::ChannelLayout& layout() const override { return *layout_; }
     codec::StreamSummary summary() const override { return inspector_.summary(*stream_); }
 
     std::vector<std::string> notes() const override {
-        if (!hasSbr_) return {};
-        if (!decoder_.decodesSbr()) {
-            return {"HE-AAC: the LC core was decoded and the SBR data left out"};
-        }
-        if (!decoder_.hasParametricStereo()) return {};
-        return {"HE-AAC v2: played as mono, the parametric stereo data are left out"};
+        if (isMixed_) return {kMonoThroughout};
+        if (!hasSbr_ || decoder_.decodesSbr()) return {};
+        return {"HE-AAC: the LC core was decoded and the SBR data left out"};
     }
 
   private:
@@ -80,8 +95,10 @@ class AacSource : public SoundSource {
     codec::AacDecoder decoder_;
     codec::AacInspector inspector_;
     std::vector<Zet16s> pcm_;
+    std::optional<codec::ChannelLayout> layout_;
     ForeignBytes foreign_;
     bool hasSbr_ = false;
+    bool isMixed_ = false;
 };
 
 /** Frames may change between mono and stereo; what comes out has the channels of the first one. */
@@ -132,7 +149,7 @@ class Mp3Source : public SoundSource {
         if (!isConverted_) return {};
         return {layout_->channels() == 2
                     ? "changes between mono and stereo; the output is stereo throughout"
-                    : "changes between mono and stereo; the output is mono throughout"};
+                    : kMonoThroughout};
     }
 
   private:
@@ -142,9 +159,7 @@ class Mp3Source : public SoundSource {
         if (layout_->channels() == 2) {
             for (int i = samples; i-- > 0;) pcm_[2 * i] = pcm_[2 * i + 1] = pcm_[i];
         } else {
-            for (int i = 0; i < samples; ++i) {
-                pcm_[i] = static_cast<Zet16s>((pcm_[2 * i] + pcm_[2 * i + 1]) >> 1);
-            }
+            mixDown(pcm_, static_cast<size_t>(samples));
         }
     }
 
