@@ -1,18 +1,25 @@
 include(CMakePackageConfigHelpers)
-set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/zetacr5)
 
-install(TARGETS zetacr5 EXPORT zetacr5)
-install(FILES include/zetac.h TYPE INCLUDE)
-install(EXPORT zetacr5 NAMESPACE zetac:: FILE zetacr5Config.cmake DESTINATION ${package_folder})
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/zetacr5ConfigVersion.cmake
-  COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/zetacr5ConfigVersion.cmake DESTINATION ${package_folder})
-
-# zetacr5.pc finds the rest of the installation from its own place, so the prefix may be moved.
+# package.pc finds the rest of the installation from its own place, so the prefix may be moved.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR
   BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE includedir_from_pc)
-configure_file(cmake/zetacr5.pc.in zetacr5.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zetacr5.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# A library with its header, pkg-config file and CMake package, all by the name of the package.
+function(zetac_install_package package target header version compatibility)
+  set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/${package})
+  install(TARGETS ${target} EXPORT ${package})
+  install(FILES include/${header} TYPE INCLUDE)
+  install(EXPORT ${package} NAMESPACE zetac:: FILE ${package}Targets.cmake DESTINATION ${folder})
+  write_basic_package_version_file(${PROJECT_BINARY_DIR}/${package}ConfigVersion.cmake
+    VERSION ${version} COMPATIBILITY ${compatibility})
+  configure_file(cmake/${package}.pc.in ${package}.pc @ONLY)
+  install(FILES cmake/${package}Config.cmake ${PROJECT_BINARY_DIR}/${package}ConfigVersion.cmake
+    DESTINATION ${folder})
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endfunction()
+
+zetac_install_package(zetacr5 zetacr5 zetac.h ${PROJECT_VERSION} SameMinorVersion)
+zetac_install_package(zetac libzetac zetac_codec.h ${ZETAC_CODEC_VERSION} SameMajorVersion)
 
 if(TARGET zetac)
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR

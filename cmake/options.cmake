@@ -34,6 +34,16 @@ function(zetac_library_options target)
   endif()
 endfunction()
 
+# A shared library that exports what its version script says and needs nothing but what it names.
+function(zetac_limit_exports target map)
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+  target_link_options(${target} PRIVATE
+    -Wl,--as-needed -Wl,-z,text -Wl,--version-script=${map})
+  if(NOT ZETAC_SANITIZE)  # the sanitizers' runtime is found in the program, not by the library
+    target_link_options(${target} PRIVATE -Wl,--no-undefined)
+  endif()
+endfunction()
+
 # Kernels are compiled for every instruction-set level, which is most of the time of a build.
 option(ZETAC_FEW_LEVELS "Compile kernels for the baseline and AVX2 only" OFF)
 if(ZETAC_FEW_LEVELS)

@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             requireSound(decoder.parser());
         }
         Zet16s pcm[kSbrFrameLength];
-        for (int c = 0; c < (isPair ? 2 : 1); ++c) decoder.decode(c, core, pcm);
+        for (int c = 0; c < (isPair ? 2 : 1); ++c) decoder.decode(c, core, PcmPlane(pcm));
     }
     return 0;
 }

@@ -196,7 +196,9 @@ typedef struct ZetacFrame {
     uint64_t bytePosition; /**< where its data begin in the input */
     uint32_t byteCount;    /**< bytes of its data with their header */
     int32_t isSeekPoint;   /**< zetacDecoderReset may go on at bytePosition */
-    ZetacDamage damage;    /**< code 0: the frame is good */
+    int32_t isIncomplete; /**< builds on an SBR header that came before decoding began: the sound is
+                             that of the core, until the next header */
+    ZetacDamage damage;   /**< code 0: the frame is good */
 } ZetacFrame;
 
 #define ZETAC_FRAME_INIT ZETAC_INIT_(ZetacFrame) /**< empty, with its size */

@@ -8,8 +8,8 @@
 #   scripts/mutate.sh --tree FOLDER      plants them in that checkout's files instead of this one's
 #
 # tests/mutations/README.md tells how a fault is written. A fault is
-#   caught   when one of its tests fails, crashes or takes over two minutes, or when a static_assert
-#            stops the build;
+#   caught   when one of its tests fails, crashes or takes more than a minute of the processor, or
+#            when a static_assert stops the build;
 #   missed   when all of them pass;
 #   stale    when its text no longer stands exactly once in the files it names, when it does not
 #            compile, or when its filter matches no test.
@@ -105,7 +105,7 @@ run_test() {
     *) set -- "$(program "$copy" "$target")" --gtest_fail_fast --gtest_brief=1 --gtest_filter="${filter:-*}" ;;
     esac
     # The outer redirection keeps bash's own words about crashes out of the report.
-    { (cd "$copy/tree" && ulimit -v 8000000 && timeout -k 5 120 "$@") >"$copy/test.log" 2>&1; } 2>/dev/null
+    { (cd "$copy/tree" && ulimit -v 8000000 -t 60 && timeout -k 5 900 "$@") >"$copy/test.log" 2>&1; } 2>/dev/null
 }
 
 # check_test COPY TARGET FILTER: whether the filter matches a test and the tests pass without a fault.

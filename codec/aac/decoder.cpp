@@ -97,6 +97,7 @@ DecodedFrame AacDecoder::decode(const RawBlock& block) {
     DecodedFrame result = render(failed(fault));
     result.fault = fault;
     result.sbrFault = sbrFault;
+    result.isIncomplete = isWaiting_;
     result.bytesUsed = std::min(parser_.bytesUsed(), block.data.size());
     return result;
 }
@@ -144,7 +145,7 @@ void AacDecoder::follow(const RawBlock& block) {
     parser_ = BlockParser();
     states_.reset();
     stereo_.reset();
-    isOpen_ = isKnown_ = decodesSbr_ = false;
+    isOpen_ = isKnown_ = decodesSbr_ = hasSound_ = false;
 }
 
 /** From here on there is SBR. */
@@ -401,11 +402,13 @@ void AacDecoder::beginStereo() {
 /** Reads the SBR data of all elements.
  *  @return the first fault */
 Fault AacDecoder::readSbr() {
+    isWaiting_ = false;
     if (!decodesSbr()) return Fault::kNone;
     Fault first = Fault::kNone;
     for (const AudioElement& element : parser_.elements()) {
         const Fault fault = stateOf(element.firstChannel).sbr->read(element.sbr);
         if (!failed(first)) first = fault;
+        isWaiting_ = isWaiting_ || stateOf(element.firstChannel).sbr->parser().isWaiting();
     }
     const bool mayBeStereo =
         parser_.channels() == 1 && parser_.format().parametricStereo != Signal::kNo;
@@ -449,6 +452,7 @@ void AacDecoder::synthesiseSbr() {
         ChannelState& state = stateOf(index);
         if (state.sbr) {
             sbr = state.sbr.get();
+            sbr->beginFrame(frame_ - 1);
             first = index;
         }
         if (state.longTerm) {

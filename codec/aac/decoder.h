@@ -67,6 +67,7 @@ struct DecodedFrame {
     int channels = 0;      // in the output; 0: there is none, because no layout is known yet
     int samples = ZETAC_AAC_FRAME_LEN;  // per channel; 0 after a second of nothing but damage
     Fault sbrFault = Fault::kNone;      // why the core is merely resampled from here on
+    bool isIncomplete = false;          // it builds on SBR data that have not come
     bool needsMore = false;             // the block is open and goes on beyond its data
 };
 
@@ -180,6 +181,7 @@ class AacDecoder {
     bool decodesSbr_;
     std::optional<ChannelLayout> stereo_;  // of the output, with parametric stereo
     bool hasSound_ = false;                // the banks of SBR have had some
+    bool isWaiting_ = false;               // the SBR data build on others that have not come
     bool isKnown_ = false;                 // whether there is SBR, since a good block has come
     uint64_t frame_ = 0;                   // number of the block
     PcmOutput output_;

@@ -113,6 +113,7 @@ ZetacFrame frameOf(const ZetacDecoder& decoder, const StreamFrame& frame) {
     result.bytePosition = frame.bytePosition;
     result.byteCount = frame.bytes;
     result.isSeekPoint = frame.isSeekPoint;
+    result.isIncomplete = frame.isIncomplete;
     result.damage = damageOf(frame);
     if (frame.samples == 0 || decoder.options.parsesOnly) return result;
     const int planes = decoder.options.isPlanar ? frame.channels : 1;

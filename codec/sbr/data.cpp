@@ -26,7 +26,7 @@ bool isCrcGood(const SbrPayload& payload) {
 }  // namespace
 
 Fault SbrParser::parse(const SbrPayload& payload) {
-    isActive_ = isReset_ = false;
+    isActive_ = isReset_ = isWaiting_ = false;
     if (payload.bytes == 0) {
         lose();
         return Fault::kNone;
@@ -40,6 +40,7 @@ Fault SbrParser::parse(const SbrPayload& payload) {
     const bool isFresh = !isSynchronised_;
     if (isFresh && !bs_header_flag) {
         lose();
+        isWaiting_ = true;
         return fault;
     }
     if (!failed(fault) && bs_header_flag) fault = readHeader(bits);
@@ -51,6 +52,7 @@ Fault SbrParser::parse(const SbrPayload& payload) {
     // What builds on data that were lost makes no sense, and is no new damage.
     const bool isUsable =
         !isFresh || (channels_[0].factors.startsAfresh() && channels_[1].factors.startsAfresh());
+    isWaiting_ = !isUsable;
     isActive_ = isSynchronised_ = isUsable && !failed(fault);
     isReset_ = isReset_ || isFresh;
     return failed(fault) ? fault : stereoFault;

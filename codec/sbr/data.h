@@ -37,6 +37,8 @@ class SbrParser {
 
     /** Whether the last frame has data to make a high band from. */
     bool isActive() const { return isActive_; }
+    /** Whether the last frame has data that build on others which have not come. */
+    bool isWaiting() const { return isWaiting_; }
     /** Whether its high band has nothing in common with the one before. */
     bool isReset() const { return isReset_; }
     /** Whether parametric stereo has begun. */
@@ -65,6 +67,7 @@ class SbrParser {
     bool isSynchronised_ = false;  // a header and all frames since have been read
     bool isActive_ = false;
     bool isReset_ = false;
+    bool isWaiting_ = false;
     bool hasTables_ = false;
     SbrHeader header_;
     SbrFrequencyTables tables_;

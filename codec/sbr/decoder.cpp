@@ -80,7 +80,7 @@ void SbrDecoder::makeHighBand(ChannelState& state, const SbrChannel& channel, in
         std::fill_n(output_.im[slot] + tables.kx(), tables.count(), 0.F);
     }
     state.adjuster.adjust(parser_.header(), tables, channel, parser_.isReset(), high_, first,
-                          output_);
+                          firstSlot_, output_);
     state.overhang = 2 * channel.grid.end() - kSbrSlots;
     keepOverhang(output_, state);
 }

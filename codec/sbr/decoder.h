@@ -25,6 +25,10 @@ class SbrDecoder {
      *  @param payload  empty when there are none */
     Fault read(const SbrPayload& payload) { return parser_.parse(payload); }
 
+    /** @param frame  number of the frame to be decoded next, counted from the start of the stream
+     */
+    void beginFrame(uint64_t frame) { firstSlot_ = static_cast<unsigned>(frame * kSbrSlots); }
+
     /** Passes over a frame whose data are lost. */
     void lose() { parser_.lose(); }
 
@@ -69,9 +73,10 @@ class SbrDecoder {
     SbrParser parser_;
     ChannelState channels_[2];
     std::unique_ptr<PsDecoder> ps_;
-    bool isMono_ = false;  // on both sides, in the next frame
-    HighBand high_;        // scratch
-    OutputBand output_;    // scratch
+    unsigned firstSlot_ = 0;  // of the frame, counted from the start of the stream
+    bool isMono_ = false;     // on both sides, in the next frame
+    HighBand high_;           // scratch
+    OutputBand output_;       // scratch
 };
 
 }  // namespace zetac::codec

@@ -119,8 +119,10 @@ struct SbrHfAdjuster::Frame {
     const SbrFrequencyTables& tables;
     const SbrChannel& channel;
     const HighBand& high;
-    int first;  // slot before which nothing is written
+    int first;             // slot before which nothing is written
+    unsigned firstNumber;  // of slot 0 in the stream
 
+    unsigned number(int slot) const { return firstNumber + static_cast<unsigned>(slot); }
     int padded() const { return paddedBands(tables.count()); }
     int slot(int envelope) const { return 2 * channel.grid.border[envelope]; }
 };
@@ -211,8 +213,6 @@ void SbrHfAdjuster::assemble(const Frame& f, int envelope, const Envelope& e, Ou
             addNoise(f, begin + i, gain, noise, output);
             if (e.hasSine) addSinusoids(f, begin + i, e.sine, output);
         }
-        noiseIndex_ = (noiseIndex_ + static_cast<unsigned>(count)) % kNoiseLength;
-        sinePhase_ = (sinePhase_ + 1) % 4;
     }
     gains_.push(e.gain, slots);
     noises_.push(e.noise, slots);
@@ -220,8 +220,10 @@ void SbrHfAdjuster::assemble(const Frame& f, int envelope, const Envelope& e, Ou
 
 void SbrHfAdjuster::addNoise(const Frame& f, int slot, const Row& gain, const Row& noise,
                              OutputBand& output) const {
-    const float* noiseRe = kNoise.re + (noiseIndex_ + 1) % kNoiseLength;
-    const float* noiseIm = kNoise.im + (noiseIndex_ + 1) % kNoiseLength;
+    const unsigned index =
+        (f.number(slot) - noiseOrigin_) * static_cast<unsigned>(f.tables.count());
+    const float* noiseRe = kNoise.re + (index + 1) % kNoiseLength;
+    const float* noiseIm = kNoise.im + (index + 1) % kNoiseLength;
     float* __restrict re = output.re[slot] + f.tables.kx();
     float* __restrict im = output.im[slot] + f.tables.kx();
     const int padded = f.padded();
@@ -236,8 +238,9 @@ void SbrHfAdjuster::addSinusoids(const Frame& f, int slot, const Row& sine,
                                  OutputBand& output) const {
     static constexpr float kSigns[] = {1, -1, 1};
     const int kx = f.tables.kx();
-    const bool isImaginary = sinePhase_ % 2 != 0;
-    const float sign = sinePhase_ < 2 ? 1.F : -1.F;
+    const unsigned phase = f.number(slot) % 4;
+    const bool isImaginary = phase % 2 != 0;
+    const float sign = phase < 2 ? 1.F : -1.F;
     // Of the first subband and every second one after it, and of those between.
     const float first = isImaginary ? sign * kSigns[kx % 2] : sign;
     const float second = isImaginary ? sign * kSigns[kx % 2 + 1] : sign;
@@ -250,10 +253,11 @@ void SbrHfAdjuster::addSinusoids(const Frame& f, int slot, const Row& sine,
 
 void SbrHfAdjuster::adjust(const SbrHeader& header, const SbrFrequencyTables& tables,
                            const SbrChannel& channel, bool isReset, const HighBand& high, int first,
-                           OutputBand& output) {
-    const Frame frame{header, tables, channel, high, first};
+                           unsigned firstNumber, OutputBand& output) {
+    const Frame frame{header, tables, channel, high, first, firstNumber};
     bool isSine[kQmfBands] = {};
-    if (isReset) noiseIndex_ = 0;
+    if (isReset) noiseOrigin_ = hasRun_ ? frame.number(frame.slot(0)) : 0;
+    hasRun_ = true;
     for (int l = 0; l < channel.grid.envelopes; ++l) {
         Envelope gains;
         std::fill(isSine, isSine + kQmfBands, false);

@@ -17,10 +17,12 @@ class SbrHfAdjuster {
      *  @param isReset  the high band has nothing in common with that of the frame before
      *  @param high     generated; used up
      *  @param first    slot before which the output is not touched
+     *  @param firstNumber  of slot 0, counted from the start of the stream: noise and sinusoids
+     * depend on it, so that they are the same wherever decoding began
      *  @param output   out: rows from the first border on, columns from the crossover on */
     void adjust(const SbrHeader& header, const SbrFrequencyTables& tables,
                 const SbrChannel& channel, bool isReset, const HighBand& high, int first,
-                OutputBand& output);
+                unsigned firstNumber, OutputBand& output);
 
   private:
     static constexpr int kTaps = 4;  // slots before the current one that smoothing reaches back to
@@ -58,8 +60,8 @@ class SbrHfAdjuster {
     History gains_;
     History noises_;
     bool hadSine_[kQmfBands] = {};  // at the end of the frame before, by subband
-    unsigned noiseIndex_ = 0;       // f_IndexNoise
-    unsigned sinePhase_ = 0;        // f_IndexSine
+    unsigned noiseOrigin_ = 0;      // number of the slot where f_IndexNoise is 0
+    bool hasRun_ = false;
 };
 
 }  // namespace zetac::codec

@@ -79,6 +79,7 @@ StreamDecoder::Step StreamDecoder::deliverBlock(const DecodedFrame& decoded, Str
                   static_cast<uint32_t>(block_.isBounded ? block_.data.size() : decoded.bytesUsed);
     frame.isSeekPoint = block_.isFirst;
     frame.fault = failed(decoded.fault) ? decoded.fault : decoded.sbrFault;
+    frame.isIncomplete = decoded.isIncomplete;
     return deliver(frame, decoded.channels, decoded.samples);
 }
 

@@ -31,6 +31,7 @@ struct StreamFrame {
     uint64_t bytePosition = 0;
     uint32_t bytes = 0;
     bool isSeekPoint = false;
+    bool isIncomplete = false;  // it builds on data that have not come
     Fault fault;
     bool isContinued = false;  // the frame before had the same fault
     Foreign foreign;

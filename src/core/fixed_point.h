@@ -46,8 +46,7 @@ constexpr int64_t roundShiftEven(int64_t value, int shift) {
 
 // value / 2^shift to nearest, ties upwards; shift 1..31.
 constexpr Zet32s roundShift(Zet32s value, int shift) {
-    return static_cast<Zet32s>((static_cast<int64_t>(value) + (int64_t{1} << (shift - 1))) >>
-                               shift);
+    return (value >> shift) + ((value >> (shift - 1)) & 1);
 }
 
 // 1 / sqrt(x) in Q30 for x = 1/4..1 in Q32, by Newton's iteration y' = y (3 - x y^2) / 2. The line

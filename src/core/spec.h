@@ -66,6 +66,16 @@ inline bool hasId(const void* spec, SpecId id) {
     return std::memcmp(spec, &id, sizeof id) == 0;
 }
 
+// A structure of the interface: its fields, and the identifier that all of its kind have.
+template <class Fields, SpecId id>
+struct SpecOf : Fields {
+    static constexpr SpecId kId = id;
+};
+template <class Spec>
+bool isSpec(const Spec* spec) {
+    return hasId(spec, Spec::kId);
+}
+
 inline constexpr size_t kSpecAlignment = 32;
 
 // To the next multiple of a power of two.

@@ -13,9 +13,7 @@ void copyScaled(const Zet32s* src, Zet32s* dst, int len, int scaleFactor) {
     if (scaleFactor == 0) {
         std::copy_n(src, len, dst);
     } else if (scaleFactor > 0) {
-        for (int i = 0; i < len; ++i) {  // halves upwards: the highest bit lost is added
-            dst[i] = (src[i] >> scaleFactor) + ((src[i] >> (scaleFactor - 1)) & 1);
-        }
+        for (int i = 0; i < len; ++i) dst[i] = core::roundShift(src[i], scaleFactor);
     } else {
         for (int i = 0; i < len; ++i) dst[i] = core::shiftLeftWrap(src[i], -scaleFactor);
     }

@@ -8,6 +8,7 @@
 #include <bit>
 
 #include "core/checks.h"
+#include "core/fixed_point.h"
 
 namespace zetac::sbr {
 namespace {
@@ -47,7 +48,7 @@ struct Complex {
 };
 
 Zet32s roundShifted(Zet32s x, int shift) {
-    return shift == 0 ? x : (x >> shift) + ((x >> (shift - 1)) & 1);
+    return shift == 0 ? x : core::roundShift(x, shift);
 }
 Zet32sc roundShifted(Zet32sc x, int shift) {
     return {roundShifted(x.re, shift), roundShifted(x.im, shift)};

@@ -55,7 +55,7 @@ ZetStatus zetsAnalysisFilter_SBR_RToR_32f_D2L(const Zet32f* pSrc, Zet32f* pDst[]
                                               const ZetsAnalysisFilterSpec_SBR_RToR_32f* pSpec,
                                               Zet8u* pWorkBuf) {
     ZETAC_REQUIRE(core::allSet(pSpec, pWindow), zetStsNullPointer);
-    ZETAC_REQUIRE(isBank(pSpec), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pWorkBuf), zetStsNullPointer);
     ZETAC_REQUIRE(core::inRange(kx, 0, kBands), zetStsBadSize);
     return analyzeReal({pSrc, pWindow, numSlots}, {pDst + offset, nullptr}, kx, *pSpec);
@@ -67,7 +67,7 @@ ZetStatus zetsAnalysisFilter_SBR_RToC_32f_D2L(const Zet32f* pSrc, Zet32f* pDstRe
                                               const ZetsAnalysisFilterSpec_SBR_RToC_32f* pSpec,
                                               Zet8u* pWorkBuf) {
     ZETAC_REQUIRE(core::allSet(pSpec, pWindow, pWorkBuf), zetStsNullPointer);
-    ZETAC_REQUIRE(isBank(pSpec), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::inRange(kx, 0, kBands), zetStsBadSize);
     ZETAC_REQUIRE(core::allSet(pSrc, pDstRe, pDstIm), zetStsNullPointer);
     const QmfMatrix<Zet32f> output = {pDstRe + offset, pDstIm + offset};
@@ -78,7 +78,7 @@ ZetStatus zetsAnalysisFilter_SBR_RToC_32f32fc_D2L(
     const Zet32f* pSrc, Zet32fc* pDst[], const Zet32f* pWindow, int numSlots, int offset, int kx,
     const ZetsAnalysisFilterSpec_SBR_RToC_32f32fc* pSpec, Zet8u* pWorkBuf) {
     ZETAC_REQUIRE(core::allSet(pSpec, pWindow, pWorkBuf), zetStsNullPointer);
-    ZETAC_REQUIRE(isBank(pSpec), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::inRange(kx, 0, kBands), zetStsBadSize);
     ZETAC_REQUIRE(core::allSet(pSrc, pDst), zetStsNullPointer);
     const QmfMatrix<Zet32fc> output = {pDst + offset, nullptr};

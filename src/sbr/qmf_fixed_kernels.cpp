@@ -4,7 +4,7 @@
 #include <bit>
 
 #include "core/fixed_point.h"
-#include "tables/sbr_qmf_fixed.h"
+#include "tables/sbr/qmf_fixed.h"
 
 #define ZETAC_FAMILY sbr
 #define ZETAC_KERNELS "sbr/qmf_fixed_kernels.inc"

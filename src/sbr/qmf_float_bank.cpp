@@ -99,7 +99,7 @@ ZetStatus init(Spec** result, Zet8u* memory, Zet8u* memInit) {
     status = Bank::Transform::init(&transform, pieces.transform, memInit);
     ZETAC_REQUIRE(status == zetStsOk, status);
     auto* spec = reinterpret_cast<Spec*>(pieces.spec);
-    static_cast<QmfSpec&>(*spec) = {kQmfId<Spec>, pieces.line, 0, transform};
+    static_cast<QmfSpec&>(*spec) = {Spec::kId, pieces.line, 0, transform};
     std::fill_n(pieces.line, Bank::kCount, 0.0f);
     *result = spec;
     return zetStsOk;
@@ -110,72 +110,22 @@ ZetStatus init(Spec** result, Zet8u* memory, Zet8u* memInit) {
 
 using namespace zetac::sbr;
 
-ZetStatus zetsAnalysisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
-    return getSize<AnalysisReal>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
-    return getSize<AnalysisComplex>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsAnalysisFilterGetSize_SBR_RToC_32f32fc(int* pSizeSpec, int* pSizeInit,
-                                                     int* pSizeWork) {
-    return getSize<AnalysisComplex>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsSynthesisFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
-    return getSize<SynthesisReal>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit, int* pSizeWork) {
-    return getSize<SynthesisComplex>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsSynthesisFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
-                                                      int* pSizeWork) {
-    return getSize<SynthesisComplex>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsSynthesisDownFilterGetSize_SBR_RToR_32f(int* pSizeSpec, int* pSizeInit,
-                                                      int* pSizeWork) {
-    return getSize<DownReal>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32f(int* pSizeSpec, int* pSizeInit,
-                                                      int* pSizeWork) {
-    return getSize<DownComplex>(pSizeSpec, pSizeInit, pSizeWork);
-}
-ZetStatus zetsSynthesisDownFilterGetSize_SBR_CToR_32fc32f(int* pSizeSpec, int* pSizeInit,
-                                                          int* pSizeWork) {
-    return getSize<DownComplex>(pSizeSpec, pSizeInit, pSizeWork);
-}
+// The life of a bank, by the endings of its names.
+#define ZETAC_QMF_LIFE(filter, type, bank)                                                       \
+    ZetStatus zets##filter##GetSize_SBR_##type(int* pSizeSpec, int* pSizeInit, int* pSizeWork) { \
+        return getSize<bank>(pSizeSpec, pSizeInit, pSizeWork);                                   \
+    }                                                                                            \
+    ZetStatus zets##filter##Init_SBR_##type(Zets##filter##Spec_SBR_##type** ppSpec,              \
+                                            Zet8u* pMemSpec, Zet8u* pMemInit) {                  \
+        return init<bank>(ppSpec, pMemSpec, pMemInit);                                           \
+    }
 
-ZetStatus zetsAnalysisFilterInit_SBR_RToR_32f(ZetsAnalysisFilterSpec_SBR_RToR_32f** ppSpec,
-                                              Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<AnalysisReal>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f(ZetsAnalysisFilterSpec_SBR_RToC_32f** ppSpec,
-                                              Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<AnalysisComplex>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsAnalysisFilterInit_SBR_RToC_32f32fc(ZetsAnalysisFilterSpec_SBR_RToC_32f32fc** ppSpec,
-                                                  Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<AnalysisComplex>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsSynthesisFilterInit_SBR_RToR_32f(ZetsSynthesisFilterSpec_SBR_RToR_32f** ppSpec,
-                                               Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<SynthesisReal>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsSynthesisFilterInit_SBR_CToR_32f(ZetsSynthesisFilterSpec_SBR_CToR_32f** ppSpec,
-                                               Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<SynthesisComplex>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsSynthesisFilterInit_SBR_CToR_32fc32f(
-    ZetsSynthesisFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<SynthesisComplex>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsSynthesisDownFilterInit_SBR_RToR_32f(
-    ZetsSynthesisDownFilterSpec_SBR_RToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<DownReal>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32f(
-    ZetsSynthesisDownFilterSpec_SBR_CToR_32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<DownComplex>(ppSpec, pMemSpec, pMemInit);
-}
-ZetStatus zetsSynthesisDownFilterInit_SBR_CToR_32fc32f(
-    ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f** ppSpec, Zet8u* pMemSpec, Zet8u* pMemInit) {
-    return init<DownComplex>(ppSpec, pMemSpec, pMemInit);
-}
+ZETAC_QMF_LIFE(AnalysisFilter, RToR_32f, AnalysisReal)
+ZETAC_QMF_LIFE(AnalysisFilter, RToC_32f, AnalysisComplex)
+ZETAC_QMF_LIFE(AnalysisFilter, RToC_32f32fc, AnalysisComplex)
+ZETAC_QMF_LIFE(SynthesisFilter, RToR_32f, SynthesisReal)
+ZETAC_QMF_LIFE(SynthesisFilter, CToR_32f, SynthesisComplex)
+ZETAC_QMF_LIFE(SynthesisFilter, CToR_32fc32f, SynthesisComplex)
+ZETAC_QMF_LIFE(SynthesisDownFilter, RToR_32f, DownReal)
+ZETAC_QMF_LIFE(SynthesisDownFilter, CToR_32f, DownComplex)
+ZETAC_QMF_LIFE(SynthesisDownFilter, CToR_32fc32f, DownComplex)

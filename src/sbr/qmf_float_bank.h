@@ -20,56 +20,35 @@ struct QmfSpec {
     DelayLine delayLine() const { return {line, &position}; }
 };
 
+template <core::SpecId id>
+using QmfBank = core::SpecOf<QmfSpec, id>;
+
 inline constexpr uint64_t kQmfSpecRoom = 32;
 inline constexpr uint32_t kQmfAlignment = 16;
 static_assert(sizeof(QmfSpec) <= kQmfSpecRoom);
 
 }  // namespace zetac::sbr
 
-struct ZetsAnalysisFilterSpec_SBR_RToR_32f : zetac::sbr::QmfSpec {};
-struct ZetsAnalysisFilterSpec_SBR_RToC_32f : zetac::sbr::QmfSpec {};
-struct ZetsAnalysisFilterSpec_SBR_RToC_32f32fc : zetac::sbr::QmfSpec {};
-struct ZetsSynthesisFilterSpec_SBR_RToR_32f : zetac::sbr::QmfSpec {};
-struct ZetsSynthesisFilterSpec_SBR_CToR_32f : zetac::sbr::QmfSpec {};
-struct ZetsSynthesisFilterSpec_SBR_CToR_32fc32f : zetac::sbr::QmfSpec {};
-struct ZetsSynthesisDownFilterSpec_SBR_RToR_32f : zetac::sbr::QmfSpec {};
-struct ZetsSynthesisDownFilterSpec_SBR_CToR_32f : zetac::sbr::QmfSpec {};
-struct ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f : zetac::sbr::QmfSpec {};
+struct ZetsAnalysisFilterSpec_SBR_RToR_32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfAnalysisReal> {};
+struct ZetsAnalysisFilterSpec_SBR_RToC_32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfAnalysisParts> {};
+struct ZetsAnalysisFilterSpec_SBR_RToC_32f32fc
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfAnalysisPairs> {};
+struct ZetsSynthesisFilterSpec_SBR_RToR_32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfSynthesisReal> {};
+struct ZetsSynthesisFilterSpec_SBR_CToR_32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfSynthesisParts> {};
+struct ZetsSynthesisFilterSpec_SBR_CToR_32fc32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfSynthesisPairs> {};
+struct ZetsSynthesisDownFilterSpec_SBR_RToR_32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfDownReal> {};
+struct ZetsSynthesisDownFilterSpec_SBR_CToR_32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfDownParts> {};
+struct ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f
+    : zetac::sbr::QmfBank<zetac::core::SpecId::kQmfDownPairs> {};
 
 namespace zetac::sbr {
-
-// Identifiers of the banks.
-template <class Spec>
-inline constexpr core::SpecId kQmfId{};
-template <>
-inline constexpr auto kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f32fc> =
-    core::SpecId::kQmfAnalysisPairs;
-template <>
-inline constexpr auto kQmfId<ZetsAnalysisFilterSpec_SBR_RToC_32f> = core::SpecId::kQmfAnalysisParts;
-template <>
-inline constexpr auto kQmfId<ZetsAnalysisFilterSpec_SBR_RToR_32f> = core::SpecId::kQmfAnalysisReal;
-template <>
-inline constexpr auto kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32fc32f> =
-    core::SpecId::kQmfSynthesisPairs;
-template <>
-inline constexpr auto kQmfId<ZetsSynthesisFilterSpec_SBR_CToR_32f> =
-    core::SpecId::kQmfSynthesisParts;
-template <>
-inline constexpr auto kQmfId<ZetsSynthesisFilterSpec_SBR_RToR_32f> =
-    core::SpecId::kQmfSynthesisReal;
-template <>
-inline constexpr auto kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32fc32f> =
-    core::SpecId::kQmfDownPairs;
-template <>
-inline constexpr auto kQmfId<ZetsSynthesisDownFilterSpec_SBR_CToR_32f> =
-    core::SpecId::kQmfDownParts;
-template <>
-inline constexpr auto kQmfId<ZetsSynthesisDownFilterSpec_SBR_RToR_32f> = core::SpecId::kQmfDownReal;
-
-template <class Spec>
-bool isBank(const Spec* spec) {
-    return core::hasId(spec, kQmfId<Spec>);
-}
 
 // Rows of samples, alone or in pairs, as rows of singles.
 template <class Value>

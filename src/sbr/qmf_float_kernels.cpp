@@ -2,15 +2,16 @@
 
 #include <utility>
 
-#include "tables/sbr_qmf_rotations.h"
+#include "tables/sbr/qmf_rotations.h"
 
 #define ZETAC_FAMILY sbr::qmf
 #define ZETAC_KERNELS "sbr/qmf_float_kernels.inc"
-#include "core/every_width.inc"
+#define ZETAC_FLOAT_KERNELS
+#include "core/every_level.inc"
 
 namespace zetac::sbr {
 
 constexpr core::LevelTable<QmfFloatKernels> kQmfFloatKernels = {
-    qmf::sse2::kKernels, qmf::sse2::kKernels, qmf::avx2::kKernels, qmf::avx512::kKernels};
+    qmf::baseline::kKernels, qmf::baseline::kKernels, qmf::avx2::kKernels, qmf::avx512::kKernels};
 
 }  // namespace zetac::sbr

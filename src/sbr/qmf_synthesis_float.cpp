@@ -31,7 +31,7 @@ template <int bands, class Spec>
 ZetStatus synthesizeReal(const Zet32f* const* rows, const Output& output, const Spec* spec,
                          const Zet8u* work) {
     ZETAC_REQUIRE(core::allSet(spec, output.window), zetStsNullPointer);
-    ZETAC_REQUIRE(isBank(spec), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(spec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::allSet(rows, output.samples, work), zetStsNullPointer);
     const auto* dct = static_cast<const transform::DctSpec*>(spec->transform);
     constexpr auto kKernel =
@@ -44,7 +44,7 @@ template <int bands, class Spec, class Row, class... Sources>
 ZetStatus synthesizeComplex(const QmfMatrix<Row>& input, const Output& output, const Spec* spec,
                             const Zet8u* work, Sources... sources) {
     ZETAC_REQUIRE(core::allSet(spec, output.window, work), zetStsNullPointer);
-    ZETAC_REQUIRE(isBank(spec), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(spec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::allSet(sources..., output.samples), zetStsNullPointer);
     const auto* fft = static_cast<const transform::FftSpec*>(spec->transform);
     constexpr auto kKernel =

@@ -21,22 +21,22 @@ ZetStatus getDctSize(int len, int* specSize, int* sizeInit, int* bufSize) {
 }
 
 template <class Spec>
-ZetStatus initDct(Spec** result, core::SpecId id, int len, Zet8u* memory, Zet8u* init) {
+ZetStatus initDct(Spec** result, int len, Zet8u* memory, Zet8u* init) {
     const DctSizes sizes = dctSizes(len);
     if (!sizes.fit()) return zetStsNoMemory;
     if (sizes.init != 0 && !init) return zetStsNullPointer;
-    *result = static_cast<Spec*>(makeDctSpec({id, len}, memory, init));
+    *result = static_cast<Spec*>(makeDctSpec({Spec::kId, len}, memory, init));
     return zetStsOk;
 }
 
 template <class Spec>
-ZetStatus allocateDct(Spec** result, core::SpecId id, int len) {
+ZetStatus allocateDct(Spec** result, int len) {
     const DctSizes sizes = dctSizes(len);
     if (!sizes.fit()) return zetStsNoMemory;
     const core::WorkBuffer init(nullptr, static_cast<int>(sizes.init));
     if (init.failed()) return zetStsNoMemory;
     return core::allocateSpec(result, static_cast<int>(sizes.spec), [&](Zet8u* memory) {
-        return static_cast<Spec*>(makeDctSpec({id, len}, memory, init.data()));
+        return static_cast<Spec*>(makeDctSpec({Spec::kId, len}, memory, init.data()));
     });
 }
 
@@ -122,29 +122,28 @@ void chirpInverse(const DctSpec& spec, const Zet32f* y, Zet32f* x, Zet32fc* poin
         x[reordered(n, spec.len)] = realPartOfProduct(points[n], spec.chirp[n]);
 }
 
+using Fast = decltype(fastForward);
+using Chirp = decltype(chirpForward);
+
 // work begins with the points of the FFT, its own work follows.
-ZetStatus forwardDct(const DctSpec& spec, const Zet32f* src, Zet32f* dst, Zet8u* buffer) {
+ZetStatus runDct(const DctSpec& spec, const Zet32f* src, Zet32f* dst, Zet8u* buffer, Fast fast,
+                 Chirp chirp) {
     const FftWork work(buffer, spec.bufSize);
     if (work.failed()) return zetStsNoMemory;
     Zet32f* points = work.singles();
     Zet32f* rest = points + (int64_t{2} << spec.plan.order);
     if (isPowerOfTwo(spec.len))
-        fastForward(spec, src, dst, points, rest);
+        fast(spec, src, dst, points, rest);
     else
-        chirpForward(spec, src, dst, reinterpret_cast<Zet32fc*>(points), rest);
+        chirp(spec, src, dst, reinterpret_cast<Zet32fc*>(points), rest);
     return zetStsOk;
 }
 
+ZetStatus forwardDct(const DctSpec& spec, const Zet32f* src, Zet32f* dst, Zet8u* buffer) {
+    return runDct(spec, src, dst, buffer, fastForward, chirpForward);
+}
 ZetStatus inverseDct(const DctSpec& spec, const Zet32f* src, Zet32f* dst, Zet8u* buffer) {
-    const FftWork work(buffer, spec.bufSize);
-    if (work.failed()) return zetStsNoMemory;
-    Zet32f* points = work.singles();
-    Zet32f* rest = points + (int64_t{2} << spec.plan.order);
-    if (isPowerOfTwo(spec.len))
-        fastInverse(spec, src, dst, points, rest);
-    else
-        chirpInverse(spec, src, dst, reinterpret_cast<Zet32fc*>(points), rest);
-    return zetStsOk;
+    return runDct(spec, src, dst, buffer, fastInverse, chirpInverse);
 }
 
 }  // namespace
@@ -153,94 +152,50 @@ ZetStatus inverseDct(const DctSpec& spec, const Zet32f* src, Zet32f* dst, Zet8u*
 using namespace zetac;
 using namespace zetac::transform;
 
-ZetStatus zetsDCTFwdGetSize_32f(int len, int, int* pSpecSize, int* pSizeInit, int* pBufSize) {
-    ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);
-    ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    return getDctSize(len, pSpecSize, pSizeInit, pBufSize);
-}
+// The functions of one direction.
+#define ZETAC_DCT(direction, transform)                                                         \
+    ZetStatus zetsDCT##direction##GetSize_32f(int len, int, int* pSpecSize, int* pSizeInit,     \
+                                              int* pBufSize) {                                  \
+        ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);         \
+        ZETAC_REQUIRE(len >= 1, zetStsBadSize);                                                 \
+        return getDctSize(len, pSpecSize, pSizeInit, pBufSize);                                 \
+    }                                                                                           \
+    ZetStatus zetsDCT##direction##Init_32f(ZetsDCT##direction##Spec_32f** ppSpec, int len, int, \
+                                           Zet8u* pMemSpec, Zet8u* pMemInit) {                  \
+        ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);                       \
+        ZETAC_REQUIRE(len >= 1, zetStsBadSize);                                                 \
+        return initDct(ppSpec, len, pMemSpec, pMemInit);                                        \
+    }                                                                                           \
+    ZetStatus zetsDCT##direction##InitAlloc_32f(ZetsDCT##direction##Spec_32f** ppSpec, int len, \
+                                                int) {                                          \
+        ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);                                 \
+        ZETAC_REQUIRE(len >= 1, zetStsBadSize);                                                 \
+        return allocateDct(ppSpec, len);                                                        \
+    }                                                                                           \
+    ZetStatus zetsDCT##direction##Free_32f(ZetsDCT##direction##Spec_32f* pSpec) {               \
+        ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);                                  \
+        ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);                                 \
+        core::freeSpec(pSpec);                                                                  \
+        return zetStsOk;                                                                        \
+    }                                                                                           \
+    ZetStatus zetsDCT##direction##GetBufSize_32f(const ZetsDCT##direction##Spec_32f* pSpec,     \
+                                                 int* pSize) {                                  \
+        ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);                           \
+        ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);                                 \
+        *pSize = pSpec->bufSize;                                                                \
+        return zetStsOk;                                                                        \
+    }                                                                                           \
+    ZetStatus zetsDCT##direction##_32f(const Zet32f* pSrc, Zet32f* pDst,                        \
+                                       const ZetsDCT##direction##Spec_32f* pSpec,               \
+                                       Zet8u* pBuffer) {                                        \
+        ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);                      \
+        ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);                                 \
+        return transform(*pSpec, pSrc, pDst, pBuffer);                                          \
+    }                                                                                           \
+    ZetStatus zetsDCT##direction##_32f_I(                                                       \
+        Zet32f* pSrcDst, const ZetsDCT##direction##Spec_32f* pSpec, Zet8u* pBuffer) {           \
+        return zetsDCT##direction##_32f(pSrcDst, pSrcDst, pSpec, pBuffer);                      \
+    }
 
-ZetStatus zetsDCTFwdInit_32f(ZetsDCTFwdSpec_32f** ppSpec, int len, int, Zet8u* pMemSpec,
-                             Zet8u* pMemInit) {
-    ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    return initDct(ppSpec, core::SpecId::kDctFwd32f, len, pMemSpec, pMemInit);
-}
-
-ZetStatus zetsDCTFwdInitAlloc_32f(ZetsDCTFwdSpec_32f** ppSpec, int len, int) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    return allocateDct(ppSpec, core::SpecId::kDctFwd32f, len);
-}
-
-ZetStatus zetsDCTFwdFree_32f(ZetsDCTFwdSpec_32f* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctFwd32f), zetStsSpecMismatch);
-    core::freeSpec(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsDCTFwdGetBufSize_32f(const ZetsDCTFwdSpec_32f* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctFwd32f), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
-ZetStatus zetsDCTFwd_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDCTFwdSpec_32f* pSpec,
-                         Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctFwd32f), zetStsSpecMismatch);
-    return forwardDct(*pSpec, pSrc, pDst, pBuffer);
-}
-
-ZetStatus zetsDCTFwd_32f_I(Zet32f* pSrcDst, const ZetsDCTFwdSpec_32f* pSpec, Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctFwd32f), zetStsSpecMismatch);
-    return forwardDct(*pSpec, pSrcDst, pSrcDst, pBuffer);
-}
-
-ZetStatus zetsDCTInvGetSize_32f(int len, int, int* pSpecSize, int* pSizeInit, int* pBufSize) {
-    ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);
-    ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    return getDctSize(len, pSpecSize, pSizeInit, pBufSize);
-}
-
-ZetStatus zetsDCTInvInit_32f(ZetsDCTInvSpec_32f** ppSpec, int len, int, Zet8u* pMemSpec,
-                             Zet8u* pMemInit) {
-    ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    return initDct(ppSpec, core::SpecId::kDctInv32f, len, pMemSpec, pMemInit);
-}
-
-ZetStatus zetsDCTInvInitAlloc_32f(ZetsDCTInvSpec_32f** ppSpec, int len, int) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(len >= 1, zetStsBadSize);
-    return allocateDct(ppSpec, core::SpecId::kDctInv32f, len);
-}
-
-ZetStatus zetsDCTInvFree_32f(ZetsDCTInvSpec_32f* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctInv32f), zetStsSpecMismatch);
-    core::freeSpec(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsDCTInvGetBufSize_32f(const ZetsDCTInvSpec_32f* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctInv32f), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
-ZetStatus zetsDCTInv_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDCTInvSpec_32f* pSpec,
-                         Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctInv32f), zetStsSpecMismatch);
-    return inverseDct(*pSpec, pSrc, pDst, pBuffer);
-}
-
-ZetStatus zetsDCTInv_32f_I(Zet32f* pSrcDst, const ZetsDCTInvSpec_32f* pSpec, Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kDctInv32f), zetStsSpecMismatch);
-    return inverseDct(*pSpec, pSrcDst, pSrcDst, pBuffer);
-}
+ZETAC_DCT(Fwd, forwardDct)
+ZETAC_DCT(Inv, inverseDct)

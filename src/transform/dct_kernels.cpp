@@ -6,11 +6,12 @@
 
 #define ZETAC_FAMILY transform::dct
 #define ZETAC_KERNELS "transform/dct_kernels.inc"
-#include "core/every_width.inc"
+#define ZETAC_FLOAT_KERNELS
+#include "core/every_level.inc"
 
 namespace zetac::transform {
 
-constexpr core::LevelTable<DctKernels> kDctKernels = {dct::sse2::kKernels, dct::sse2::kKernels,
-                                                      dct::avx2::kKernels, dct::avx512::kKernels};
+constexpr core::LevelTable<DctKernels> kDctKernels = {
+    dct::baseline::kKernels, dct::baseline::kKernels, dct::avx2::kKernels, dct::avx512::kKernels};
 
 }  // namespace zetac::transform

@@ -4,7 +4,7 @@
 #include <bit>
 
 #include "core/constexpr_math.h"
-#include "tables/unit_circle.h"
+#include "tables/transform/unit_circle.h"
 #include "transform/dct_kernels.h"
 #include "transform/fft_real.h"
 

@@ -43,5 +43,7 @@ int dctFftOrder(int len);
 
 }  // namespace zetac::transform
 
-struct ZetsDCTFwdSpec_32f : zetac::transform::DctSpec {};
-struct ZetsDCTInvSpec_32f : zetac::transform::DctSpec {};
+struct ZetsDCTFwdSpec_32f
+    : zetac::core::SpecOf<zetac::transform::DctSpec, zetac::core::SpecId::kDctFwd32f> {};
+struct ZetsDCTInvSpec_32f
+    : zetac::core::SpecOf<zetac::transform::DctSpec, zetac::core::SpecId::kDctInv32f> {};

@@ -61,73 +61,30 @@ ZetStatus integerFft(const ZetsFFTSpec_C_16sc& spec, const Zet16sc* src, Zet16sc
 using namespace zetac;
 using namespace zetac::transform;
 
-ZetStatus zetsFFTGetSize_C_16sc(int order, int flag, int, int* pSpecSize, int* pSizeInit,
-                                int* pBufSize) {
-    ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);
-    ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);
-    return getFftSize<ZetsFFTSpec_C_16sc>(order, flag, pSpecSize, pSizeInit, pBufSize);
-}
-
-ZetStatus zetsFFTInit_C_16sc(ZetsFFTSpec_C_16sc** ppSpec, int order, int flag, int, Zet8u* pMemSpec,
-                             Zet8u*) {
-    ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);
-    ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);
-    return initFft(ppSpec, order, flag, pMemSpec);
-}
-
-ZetStatus zetsFFTInitAlloc_C_16sc(ZetsFFTSpec_C_16sc** ppSpec, int order, int flag, int) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);
-    ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);
-    return allocateFft(ppSpec, order, flag);
-}
-
-ZetStatus zetsFFTFree_C_16sc(ZetsFFTSpec_C_16sc* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftC16sc), zetStsSpecMismatch);
-    core::freeSpec(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsFFTGetBufSize_C_16sc(const ZetsFFTSpec_C_16sc* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftC16sc), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
 ZetStatus zetsFFTFwd_CToC_16sc_Sfs(const Zet16sc* pSrc, Zet16sc* pDst,
                                    const ZetsFFTSpec_C_16sc* pSpec, int scaleFactor,
                                    Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftC16sc), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return integerFft(*pSpec, pSrc, pDst, scaled(pSpec->forwardScale, scaleFactor),
                       core::select(kFftKernels).forward, pBuffer);
 }
 
 ZetStatus zetsFFTFwd_CToC_16sc_ISfs(Zet16sc* pSrcDst, const ZetsFFTSpec_C_16sc* pSpec,
                                     int scaleFactor, Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftC16sc), zetStsSpecMismatch);
-    return integerFft(*pSpec, pSrcDst, pSrcDst, scaled(pSpec->forwardScale, scaleFactor),
-                      core::select(kFftKernels).forward, pBuffer);
+    return zetsFFTFwd_CToC_16sc_Sfs(pSrcDst, pSrcDst, pSpec, scaleFactor, pBuffer);
 }
 
 ZetStatus zetsFFTInv_CToC_16sc_Sfs(const Zet16sc* pSrc, Zet16sc* pDst,
                                    const ZetsFFTSpec_C_16sc* pSpec, int scaleFactor,
                                    Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftC16sc), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return integerFft(*pSpec, pSrc, pDst, scaled(pSpec->inverseScale, scaleFactor),
                       core::select(kFftKernels).inverse, pBuffer);
 }
 
 ZetStatus zetsFFTInv_CToC_16sc_ISfs(Zet16sc* pSrcDst, const ZetsFFTSpec_C_16sc* pSpec,
                                     int scaleFactor, Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftC16sc), zetStsSpecMismatch);
-    return integerFft(*pSpec, pSrcDst, pSrcDst, scaled(pSpec->inverseScale, scaleFactor),
-                      core::select(kFftKernels).inverse, pBuffer);
+    return zetsFFTInv_CToC_16sc_Sfs(pSrcDst, pSrcDst, pSpec, scaleFactor, pBuffer);
 }

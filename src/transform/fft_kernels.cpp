@@ -7,11 +7,12 @@
 
 #define ZETAC_FAMILY transform::fft
 #define ZETAC_KERNELS "transform/fft_kernels.inc"
-#include "core/every_width.inc"
+#define ZETAC_FLOAT_KERNELS
+#include "core/every_level.inc"
 
 namespace zetac::transform {
 
-constexpr core::LevelTable<FftKernels> kFftKernels = {fft::sse2::kKernels, fft::sse2::kKernels,
-                                                      fft::avx2::kKernels, fft::avx512::kKernels};
+constexpr core::LevelTable<FftKernels> kFftKernels = {
+    fft::baseline::kKernels, fft::baseline::kKernels, fft::avx2::kKernels, fft::avx512::kKernels};
 
 }  // namespace zetac::transform

@@ -1,6 +1,6 @@
 #include "transform/fft_plan.h"
 
-#include "tables/unit_circle.h"
+#include "tables/transform/unit_circle.h"
 
 namespace zetac::transform {
 namespace {

@@ -94,121 +94,72 @@ ZetStatus inverseReal(const ZetsFFTSpec_R_32f& spec, Reader reader, const Zet32f
 using namespace zetac;
 using namespace zetac::transform;
 
-ZetStatus zetsFFTGetSize_R_32f(int order, int flag, int, int* pSpecSize, int* pSizeInit,
-                               int* pBufSize) {
-    ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);
-    ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);
-    return getFftSize<ZetsFFTSpec_R_32f>(order, flag, pSpecSize, pSizeInit, pBufSize);
-}
-
-ZetStatus zetsFFTInit_R_32f(ZetsFFTSpec_R_32f** ppSpec, int order, int flag, int, Zet8u* pMemSpec,
-                            Zet8u*) {
-    ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);
-    ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);
-    return initFft(ppSpec, order, flag, pMemSpec);
-}
-
-ZetStatus zetsFFTInitAlloc_R_32f(ZetsFFTSpec_R_32f** ppSpec, int order, int flag, int) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);
-    ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);
-    return allocateFft(ppSpec, order, flag);
-}
-
-ZetStatus zetsFFTFree_R_32f(ZetsFFTSpec_R_32f* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    core::freeSpec(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsFFTGetBufSize_R_32f(const ZetsFFTSpec_R_32f* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
 ZetStatus zetsFFTFwd_RToCCS_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec,
                                 Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return forwardReal(*pSpec, pSrc, pDst, permToCcs, pBuffer);
 }
 
 ZetStatus zetsFFTFwd_RToCCS_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    return forwardReal(*pSpec, pSrcDst, pSrcDst, permToCcs, pBuffer);
+    return zetsFFTFwd_RToCCS_32f(pSrcDst, pSrcDst, pSpec, pBuffer);
 }
 
 ZetStatus zetsFFTInv_CCSToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec,
                                 Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return inverseReal(*pSpec, fromCcs, pSrc, pDst, pBuffer);
 }
 
 ZetStatus zetsFFTInv_CCSToR_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    return inverseReal(*pSpec, fromCcs, pSrcDst, pSrcDst, pBuffer);
+    return zetsFFTInv_CCSToR_32f(pSrcDst, pSrcDst, pSpec, pBuffer);
 }
 
 ZetStatus zetsFFTFwd_RToPack_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec,
                                  Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return forwardReal(*pSpec, pSrc, pDst, permToPack, pBuffer);
 }
 
 ZetStatus zetsFFTFwd_RToPack_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec,
                                    Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    return forwardReal(*pSpec, pSrcDst, pSrcDst, permToPack, pBuffer);
+    return zetsFFTFwd_RToPack_32f(pSrcDst, pSrcDst, pSpec, pBuffer);
 }
 
 ZetStatus zetsFFTInv_PackToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec,
                                  Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return inverseReal(*pSpec, fromPack, pSrc, pDst, pBuffer);
 }
 
 ZetStatus zetsFFTInv_PackToR_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec,
                                    Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    return inverseReal(*pSpec, fromPack, pSrcDst, pSrcDst, pBuffer);
+    return zetsFFTInv_PackToR_32f(pSrcDst, pSrcDst, pSpec, pBuffer);
 }
 
 ZetStatus zetsFFTFwd_RToPerm_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec,
                                  Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return forwardReal(*pSpec, pSrc, pDst, keepPerm, pBuffer);
 }
 
 ZetStatus zetsFFTFwd_RToPerm_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec,
                                    Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    return forwardReal(*pSpec, pSrcDst, pSrcDst, keepPerm, pBuffer);
+    return zetsFFTFwd_RToPerm_32f(pSrcDst, pSrcDst, pSpec, pBuffer);
 }
 
 ZetStatus zetsFFTInv_PermToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec,
                                  Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSrc, pDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     return inverseReal(*pSpec, fromPerm, pSrc, pDst, pBuffer);
 }
 
 ZetStatus zetsFFTInv_PermToR_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec,
                                    Zet8u* pBuffer) {
-    ZETAC_REQUIRE(core::allSet(pSrcDst, pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kFftR32f), zetStsSpecMismatch);
-    return inverseReal(*pSpec, fromPerm, pSrcDst, pSrcDst, pBuffer);
+    return zetsFFTInv_PermToR_32f(pSrcDst, pSrcDst, pSpec, pBuffer);
 }

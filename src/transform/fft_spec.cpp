@@ -1,5 +1,7 @@
+// The spec structures of the FFTs and their life.
 #include "transform/fft_spec.h"
 
+#include "core/checks.h"
 #include "core/constexpr_math.h"
 #include "transform/fft_real.h"
 
@@ -56,3 +58,46 @@ FftSpec* makeFftSpec(const FftParameters& parameters, Zet8u* memory) {
 }
 
 }  // namespace zetac::transform
+
+using namespace zetac;
+using namespace zetac::transform;
+
+// The life of a family, by the ending of its names.
+#define ZETAC_FFT_LIFE(type)                                                                   \
+    ZetStatus zetsFFTGetSize_##type(int order, int flag, int, int* pSpecSize, int* pSizeInit,  \
+                                    int* pBufSize) {                                           \
+        ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);        \
+        ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);               \
+        ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);                                      \
+        return getFftSize<ZetsFFTSpec_##type>(order, flag, pSpecSize, pSizeInit, pBufSize);    \
+    }                                                                                          \
+    ZetStatus zetsFFTInit_##type(ZetsFFTSpec_##type** ppSpec, int order, int flag, int,        \
+                                 Zet8u* pMemSpec, Zet8u*) {                                    \
+        ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);                      \
+        ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);               \
+        ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);                                      \
+        return initFft(ppSpec, order, flag, pMemSpec);                                         \
+    }                                                                                          \
+    ZetStatus zetsFFTInitAlloc_##type(ZetsFFTSpec_##type** ppSpec, int order, int flag, int) { \
+        ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);                                \
+        ZETAC_REQUIRE(core::inRange(order, 0, kMaxFftOrder), zetStsFftOrderErr);               \
+        ZETAC_REQUIRE(isFftFlag(flag), zetStsFftFlagErr);                                      \
+        return allocateFft(ppSpec, order, flag);                                               \
+    }                                                                                          \
+    ZetStatus zetsFFTFree_##type(ZetsFFTSpec_##type* pSpec) {                                  \
+        ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);                                 \
+        ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);                                \
+        core::freeSpec(pSpec);                                                                 \
+        return zetStsOk;                                                                       \
+    }                                                                                          \
+    ZetStatus zetsFFTGetBufSize_##type(const ZetsFFTSpec_##type* pSpec, int* pSize) {          \
+        ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);                          \
+        ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);                                \
+        *pSize = pSpec->bufSize;                                                               \
+        return zetStsOk;                                                                       \
+    }
+
+ZETAC_FFT_LIFE(C_16sc)
+ZETAC_FFT_LIFE(C_32f)
+ZETAC_FFT_LIFE(C_32fc)
+ZETAC_FFT_LIFE(R_32f)

@@ -24,34 +24,35 @@ struct FftSpec {
     const Zet32f* realTwiddles;  // real FFT only
 };
 
-// What a family needs: its identifier, the order of its complex FFT, and singles of work.
+// What a family needs: whether its FFT is that of real values, and singles of work.
 template <class Spec>
 struct FftFamily;
 
 }  // namespace zetac::transform
 
-struct ZetsFFTSpec_C_32fc : zetac::transform::FftSpec {};
-struct ZetsFFTSpec_C_32f : zetac::transform::FftSpec {};
-struct ZetsFFTSpec_C_16sc : zetac::transform::FftSpec {};
-struct ZetsFFTSpec_R_32f : zetac::transform::FftSpec {};
+struct ZetsFFTSpec_C_32fc
+    : zetac::core::SpecOf<zetac::transform::FftSpec, zetac::core::SpecId::kFftC32fc> {};
+struct ZetsFFTSpec_C_32f
+    : zetac::core::SpecOf<zetac::transform::FftSpec, zetac::core::SpecId::kFftC32f> {};
+struct ZetsFFTSpec_C_16sc
+    : zetac::core::SpecOf<zetac::transform::FftSpec, zetac::core::SpecId::kFftC16sc> {};
+struct ZetsFFTSpec_R_32f
+    : zetac::core::SpecOf<zetac::transform::FftSpec, zetac::core::SpecId::kFftR32f> {};
 
 namespace zetac::transform {
 
 template <>
 struct FftFamily<ZetsFFTSpec_C_32fc> {
-    static constexpr core::SpecId kId = core::SpecId::kFftC32fc;
     static constexpr bool kReal = false;
     static constexpr uint64_t workCount(int order) { return fftWorkCount(order); }
 };
 template <>
 struct FftFamily<ZetsFFTSpec_C_32f> {
-    static constexpr core::SpecId kId = core::SpecId::kFftC32f;
     static constexpr bool kReal = false;
     static constexpr uint64_t workCount(int order) { return 2 * fftWorkCount(order); }
 };
 template <>
 struct FftFamily<ZetsFFTSpec_C_16sc> {
-    static constexpr core::SpecId kId = core::SpecId::kFftC16sc;
     static constexpr bool kReal = false;
     // The points as singles as well.
     static constexpr uint64_t workCount(int order) {
@@ -60,7 +61,6 @@ struct FftFamily<ZetsFFTSpec_C_16sc> {
 };
 template <>
 struct FftFamily<ZetsFFTSpec_R_32f> {
-    static constexpr core::SpecId kId = core::SpecId::kFftR32f;
     static constexpr bool kReal = true;
     static constexpr uint64_t workCount(int order) {
         return order == 0 ? 0 : fftWorkCount(order - 1);
@@ -108,7 +108,7 @@ FftSpec* makeFftSpec(const FftParameters& parameters, Zet8u* memory);
 template <class Spec>
 FftParameters fftParameters(int order, int flag) {
     using Family = FftFamily<Spec>;
-    return {Family::kId, Family::kReal, order, flag, workBytes(Family::workCount(order))};
+    return {Spec::kId, Family::kReal, order, flag, workBytes(Family::workCount(order))};
 }
 
 template <class Spec>

@@ -1,35 +1,15 @@
 #include "transform/fir_block_kernels.h"
 
-#include <cstring>
+#include <utility>
+
+#define ZETAC_FAMILY transform::fir
+#define ZETAC_KERNELS "transform/fir_block_kernels.inc"
+#define ZETAC_FLOAT_KERNELS
+#include "core/every_level.inc"
 
 namespace zetac::transform {
-namespace {
 
-constexpr int kVectorsAtOnce = 6;
+constexpr core::LevelTable<FirBlockKernels> kFirBlockKernels = {
+    fir::baseline::kKernels, fir::baseline::kKernels, fir::avx2::kKernels, fir::avx512::kKernels};
 
-}  // namespace
 }  // namespace zetac::transform
-
-namespace zetac::transform::baseline {
-constexpr int kBytes = 16;
-#include "transform/fir_block_kernels.inc"
-}  // namespace zetac::transform::baseline
-
-ZETAC_TARGET_BEGIN("avx2")
-namespace zetac::transform::avx2 {
-constexpr int kBytes = 32;
-#include "transform/fir_block_kernels.inc"
-}  // namespace zetac::transform::avx2
-ZETAC_TARGET_END
-
-ZETAC_TARGET_BEGIN("avx2,avx512f,avx512vl,avx512dq,avx512bw")
-namespace zetac::transform::avx512 {
-constexpr int kBytes = 64;
-#include "transform/fir_block_kernels.inc"
-}  // namespace zetac::transform::avx512
-ZETAC_TARGET_END
-
-// SSE4.1 adds nothing that these sums could use.
-constexpr zetac::core::LevelTable<zetac::transform::FirBlockKernels>
-    zetac::transform::kFirBlockKernels = {baseline::kKernels, baseline::kKernels, avx2::kKernels,
-                                          avx512::kKernels};

@@ -89,43 +89,10 @@ ZetStatus forwardMdct(const Spec& spec, const Zet16s* src, Zet16s* dst, int scal
 using namespace zetac;
 using namespace zetac::transform;
 
-ZetStatus zetsMDCTFwdGetSize_16s(int len, int* pSpecSize, int* pSizeInit, int* pBufSize) {
-    ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);
-    ZETAC_REQUIRE(hasFft(len), zetStsBadSize);
-    return getMdctSize<ZetsMDCTFwdSpec_16s>(len, pSpecSize, pSizeInit, pBufSize);
-}
-
-ZetStatus zetsMDCTFwdInit_16s(ZetsMDCTFwdSpec_16s** ppSpec, int len, Zet8u* pMemSpec,
-                              Zet8u* pMemInit) {
-    ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec, pMemInit), zetStsNullPointer);
-    ZETAC_REQUIRE(hasFft(len), zetStsBadSize);
-    return initMdct(ppSpec, len, pMemSpec);
-}
-
-ZetStatus zetsMDCTFwdInitAlloc_16s(ZetsMDCTFwdSpec_16s** ppSpec, int len) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(hasFft(len), zetStsBadSize);
-    return allocateMdct(ppSpec, len);
-}
-
-ZetStatus zetsMDCTFwdFree_16s(ZetsMDCTFwdSpec_16s* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctFwd16s), zetStsSpecMismatch);
-    freeMdct(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsMDCTFwdGetBufSize_16s(const ZetsMDCTFwdSpec_16s* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctFwd16s), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
 ZetStatus zetsMDCTFwd_16s_Sfs(const Zet16s* pSrc, Zet16s* pDst, const ZetsMDCTFwdSpec_16s* pSpec,
                               int scaleFactor, Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctFwd16s), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::allSet(pSrc, pDst), zetStsNullPointer);
     return forwardMdct(*pSpec, pSrc, pDst, scaleFactor, pBuffer);
 }

@@ -36,86 +36,16 @@ ZetStatus inverseMdct(const ZetsMDCTInvSpec_32f& spec, const Zet32f* src, Zet32f
     return zetStsOk;
 }
 
-// The length decides which pointers Init needs.
-ZetStatus checkInit(int len, const void* ppSpec, const void* pMemSpec, const void* pMemInit) {
-    ZETAC_REQUIRE(FloatingMdctFamily::allows(len), zetStsBadSize);
-    ZETAC_REQUIRE(core::allSet(ppSpec, pMemSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(!hasFft(len) || pMemInit, zetStsNullPointer);
-    return zetStsOk;
-}
-
 }  // namespace
 }  // namespace zetac::transform
 
 using namespace zetac;
 using namespace zetac::transform;
 
-ZetStatus zetsMDCTInvGetSize_32f(int len, int* pSpecSize, int* pSizeInit, int* pBufSize) {
-    ZETAC_REQUIRE(core::allSet(pSpecSize, pSizeInit, pBufSize), zetStsNullPointer);
-    ZETAC_REQUIRE(FloatingMdctFamily::allows(len), zetStsBadSize);
-    return getMdctSize<ZetsMDCTInvSpec_32f>(len, pSpecSize, pSizeInit, pBufSize);
-}
-
-ZetStatus zetsMDCTFwdGetSize_32f(int len, int* pSpecSize, int* pSizeInit, int* pBufSize) {
-    return zetsMDCTInvGetSize_32f(len, pSpecSize, pSizeInit, pBufSize);
-}
-
-ZetStatus zetsMDCTFwdInit_32f(ZetsMDCTFwdSpec_32f** ppSpec, int len, Zet8u* pMemSpec,
-                              Zet8u* pMemInit) {
-    const ZetStatus status = checkInit(len, ppSpec, pMemSpec, pMemInit);
-    return status == zetStsOk ? initMdct(ppSpec, len, pMemSpec) : status;
-}
-
-ZetStatus zetsMDCTInvInit_32f(ZetsMDCTInvSpec_32f** ppSpec, int len, Zet8u* pMemSpec,
-                              Zet8u* pMemInit) {
-    const ZetStatus status = checkInit(len, ppSpec, pMemSpec, pMemInit);
-    return status == zetStsOk ? initMdct(ppSpec, len, pMemSpec) : status;
-}
-
-ZetStatus zetsMDCTFwdInitAlloc_32f(ZetsMDCTFwdSpec_32f** ppSpec, int len) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(FloatingMdctFamily::allows(len), zetStsBadSize);
-    return allocateMdct(ppSpec, len);
-}
-
-ZetStatus zetsMDCTInvInitAlloc_32f(ZetsMDCTInvSpec_32f** ppSpec, int len) {
-    ZETAC_REQUIRE(core::allSet(ppSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(FloatingMdctFamily::allows(len), zetStsBadSize);
-    return allocateMdct(ppSpec, len);
-}
-
-ZetStatus zetsMDCTFwdFree_32f(ZetsMDCTFwdSpec_32f* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctFwd32f), zetStsSpecMismatch);
-    freeMdct(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsMDCTInvFree_32f(ZetsMDCTInvSpec_32f* pSpec) {
-    ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctInv32f), zetStsSpecMismatch);
-    freeMdct(pSpec);
-    return zetStsOk;
-}
-
-ZetStatus zetsMDCTFwdGetBufSize_32f(const ZetsMDCTFwdSpec_32f* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctFwd32f), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
-ZetStatus zetsMDCTInvGetBufSize_32f(const ZetsMDCTInvSpec_32f* pSpec, int* pSize) {
-    ZETAC_REQUIRE(core::allSet(pSpec, pSize), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctInv32f), zetStsSpecMismatch);
-    *pSize = pSpec->bufSize;
-    return zetStsOk;
-}
-
 ZetStatus zetsMDCTFwd_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsMDCTFwdSpec_32f* pSpec,
                           Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctFwd32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::allSet(pSrc, pDst), zetStsNullPointer);
     return forwardMdct(*pSpec, pSrc, pDst, pBuffer);
 }
@@ -127,7 +57,7 @@ ZetStatus zetsMDCTFwd_32f_I(Zet32f* pSrcDst, const ZetsMDCTFwdSpec_32f* pSpec, Z
 ZetStatus zetsMDCTInv_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsMDCTInvSpec_32f* pSpec,
                           Zet8u* pBuffer) {
     ZETAC_REQUIRE(core::allSet(pSpec), zetStsNullPointer);
-    ZETAC_REQUIRE(core::hasId(pSpec, core::SpecId::kMdctInv32f), zetStsSpecMismatch);
+    ZETAC_REQUIRE(core::isSpec(pSpec), zetStsSpecMismatch);
     ZETAC_REQUIRE(core::allSet(pSrc, pDst), zetStsNullPointer);
     return inverseMdct(*pSpec, pSrc, pDst, pBuffer);
 }

@@ -7,11 +7,12 @@
 
 #define ZETAC_FAMILY transform::mdct
 #define ZETAC_KERNELS "transform/mdct_kernels.inc"
-#include "core/every_width.inc"
+#define ZETAC_FLOAT_KERNELS
+#include "core/every_level.inc"
 
 namespace zetac::transform {
 
-constexpr core::LevelTable<MdctKernels> kMdctKernels = {mdct::sse2::kMdct, mdct::sse2::kMdct,
-                                                        mdct::avx2::kMdct, mdct::avx512::kMdct};
+constexpr core::LevelTable<MdctKernels> kMdctKernels = {
+    mdct::baseline::kMdct, mdct::baseline::kMdct, mdct::avx2::kMdct, mdct::avx512::kMdct};
 
 }  // namespace zetac::transform

@@ -1,7 +1,7 @@
 // The twiddles of the MDCTs: sine and cosine of 2 pi (k + 1/8) / N for k < N/4.
 #include "core/constexpr_math.h"
 #include "core/fixed_point.h"
-#include "tables/unit_circle.h"
+#include "tables/transform/unit_circle.h"
 #include "transform/mdct_spec.h"
 
 namespace zetac::transform {

@@ -6,6 +6,9 @@
 #include "mp3/banks/hybrid_kernels.h"
 #include "mp3/banks/polyphase_analysis_kernels.h"
 #include "mp3/banks/polyphase_synthesis_kernels.h"
+#include "mp3/psycho/kernels.h"
+#include "mp3/psycho/prediction_kernels.h"
+#include "tables/mp3/psycho_spectrum.h"
 
 namespace zetac::mp3 {
 namespace {
@@ -85,6 +88,87 @@ const test::KernelRows kAnalysis(kPolyphaseAnalysis,
                                        return
                                            [=](const PolyphaseAnalysis& k) { k.analyze(pcm, dst); };
                                    }}});
+
+// Spectra as large as they come, and measures of unpredictability below 1.
+PsyContext psyContext(KernelMemory& memory, int variant, const PsyKernels& kernels) {
+    auto* work = reinterpret_cast<Workspace*>(memory.zeros<uint64_t>(sizeof(Workspace) / 8));
+    const auto fill = [&](Zet32s* values, size_t bytes, int bits, Zet32s mask) {
+        for (size_t i = 0; i < bytes / sizeof *values; ++i)
+            values[i] = (static_cast<Zet32s>(memory.random()()) >> (32 - bits)) & mask;
+    };
+    Spectra& spectra = work->spectra;
+    fill(&spectra.longLines[0][0].re, sizeof spectra.longLines, 25, -1);
+    fill(&spectra.shortLines[0][0][0].re, sizeof spectra.shortLines, 25, -1);
+    fill(spectra.unpredictability[0], sizeof spectra.unpredictability, 32, INT32_MAX);
+    auto* state =
+        reinterpret_cast<ZetMP3PsyState*>(memory.zeros<uint64_t>(sizeof(ZetMP3PsyState) / 8));
+    return {tables::_zet_pPsyTables_MP3[variant % 3],
+            kernels,
+            kPredictionKernels[0],
+            *state,
+            *work,
+            2,
+            kAnalysisChannels};
+}
+
+const test::KernelRows kPsycho(
+    kPsyKernels,
+    {{"mp3PsyWindow", 2,
+      [](KernelMemory& memory, int variant) {
+          const auto* pcm = memory.integers<Zet16s>(2 * kLongBlockLen, 16);
+          auto* dst = memory.zeros<Zet16s>(kLongBlockLen);
+          return [=](const PsyKernels& k) {
+              k.applyWindow(pcm, 1 + variant, tables::pHannWinLong_MP3, dst, kLongBlockLen);
+          };
+      }},
+     {"mp3PsySpectra", 4,
+      [](KernelMemory& memory, int variant) {
+          const auto* pcm = memory.integers<Zet16s>(kLongBlockLen, 4 + 4 * variant);
+          auto* longLines = reinterpret_cast<Zet32sc*>(memory.zeros<Zet32s>(2 * kLongSpectrum));
+          auto* shortLines = reinterpret_cast<Zet32sc*>(memory.zeros<Zet32s>(2 * kShortSpectrum));
+          return [=](const PsyKernels& k) {
+              k.ownsFFTFwd1024_Audio_16s32sc(pcm, longLines);
+              k.ownsFFTFwd256_Audio_16s32sc(pcm, shortLines);
+          };
+      }},
+     {"mp3PsyEnergies", 3,
+      [](KernelMemory& memory, int variant) {
+          const PsyContext context = psyContext(memory, variant, kPsyKernels[0]);
+          return [=](const PsyKernels& k) {
+              k.ownsCalEnergyUnpredict_Psy_MP3(context);
+              k.ownsCalEnergyShort_Psy_MP3(context);
+          };
+      }},
+     {"mp3PsySpread", 6, [](KernelMemory& memory, int variant) {
+          const PsyTables& t = tables::_zet_pPsyTables_MP3[variant % 3];
+          const Spreading spreading =
+              variant < 3 ? Spreading{t.numLong, t.pSprdngBoundLong, t.pSprdngPackedLong,
+                                      t.blocksLong, t.rowsLong}
+                          : Spreading{t.numShort, t.pSprdngBoundShort, t.pSprdngPackedShort,
+                                      t.blocksShort, t.rowsShort};
+          auto* energy = memory.zeros<uint64_t>(kPartitionsLong);
+          for (int b = 0; b < kPartitionsLong; ++b)
+              energy[b] = uint64_t{memory.random()()} << 20 >> memory.random()() % 40;
+          auto* dst = memory.work<uint64_t>(kPartitionsLong);  // with room behind the partitions
+          auto* result = memory.zeros<uint64_t>(kPartitionsLong);
+          return [=](const PsyKernels& k) {
+              k.spread(energy, spreading, 31 + variant / 3, dst);
+              std::copy_n(dst, spreading.count, result);
+          };
+      }}});
+
+const test::KernelRows kPrediction(
+    kPredictionKernels, {{"mp3PsyPrediction", 22, [](KernelMemory& memory, int variant) {
+                              auto* lines =
+                                  memory.integers(2 * kWindows * kShortSpectrum, 2 + variant);
+                              auto* spectra = reinterpret_cast<Zet32sc(*)[kShortSpectrum]>(lines);
+                              auto* state = reinterpret_cast<ZetMP3PsyChannelState*>(
+                                  memory.zeros<uint64_t>(sizeof(ZetMP3PsyChannelState) / 8));
+                              auto* dst = memory.zeros<Zet32s>(4 * ZETAC_MP3_PSY_SHORT_LINES);
+                              return [=](const PredictionKernels& k) {
+                                  k.ownsCalUnpredictMeasureCwAbove06_Psy_MP3(spectra, *state, dst);
+                              };
+                          }}});
 
 }  // namespace
 }  // namespace zetac::mp3

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "support/reference_fft.h"
-#include "tables/unit_circle.h"
+#include "tables/transform/unit_circle.h"
 
 namespace zetac::tables {
 namespace {

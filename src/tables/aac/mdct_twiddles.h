@@ -4,7 +4,7 @@
 // Copyright (c) 2026, The Zetac authors
 #pragma once
 
-#include "tables/fft_rotations.h"
+#include "tables/transform/fft_rotations.h"
 
 namespace zetac::tables {
 

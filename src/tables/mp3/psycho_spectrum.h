@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-#include "tables/fft_rotations.h"
 #include "tables/table.h"
+#include "tables/transform/fft_rotations.h"
 
 namespace zetac::tables {
 
