@@ -164,7 +164,6 @@ void AacDecoder::allocate() {
     const bool isLongTerm = format.profile == kProfileLongTermPrediction;
     for (int c = 0; c < channels; ++c) {
         ChannelState& state = stateOf(c);
-        state.random = c + 1;
         if (format.profile == kProfileMain) {
             state.main = std::make_unique<MainPrediction>(format.samplingFrequencyIndex);
         }
