@@ -21,6 +21,8 @@ if(sanitizers)
     add_compile_options(-Wno-maybe-uninitialized)
   endif()
   add_link_options(-fsanitize=${sanitizers})
+  # Instrumented code of the standard library misleads this warning of gcc 12.
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 # What the code of the library itself is built with. No frame may grow beyond 16 KiB, so that the
