@@ -17,9 +17,6 @@ endif()
 string(REGEX REPLACE "(^|,)fuzzer(,|$)" "\\1fuzzer-no-link\\2" sanitizers "${ZETAC_SANITIZE}")
 if(sanitizers)
   add_compile_options(-fsanitize=${sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)  # instrumented code of its standard library looks so to gcc
-    add_compile_options(-Wno-maybe-uninitialized)
-  endif()
   add_link_options(-fsanitize=${sanitizers})
   # Instrumented code of the standard library misleads this warning of gcc 12.
   add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
