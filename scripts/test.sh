@@ -38,7 +38,6 @@ fi
 packages=(g++ cmake ninja-build pkg-config binutils git libgtest-dev libsndfile1-dev
     libsoxr-dev libcli11-dev nlohmann-json3-dev python3 libmpg123-dev
     ffmpeg gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good) # listen to MP3s
-$quick || packages+=(libbenchmark-dev)
 for stage in "${stages[@]}"; do
     case $stage in
     format) packages+=(clang-format) ;;
