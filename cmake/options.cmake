@@ -10,6 +10,7 @@ set(ZETAC_OPTIMIZATION -O3 CACHE STRING "How the library itself is optimised, wi
 add_compile_options(-ffp-contract=off)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_compile_options(-msse2 -mfpmath=sse -mstackrealign)
+  add_compile_definitions(_FILE_OFFSET_BITS=64)  # files beyond 2 GiB
 endif()
 
 # "fuzzer" in ZETAC_SANITIZE means libFuzzer (clang only): all code is instrumented for coverage,

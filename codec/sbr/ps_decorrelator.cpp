@@ -135,9 +135,9 @@ void PsDecorrelator::findTransients(const PsBands& bands, int columns, const PsS
     const auto square = [](const float* re, const float* im, int count, float* __restrict out) {
         for (int k = 0; k < count; ++k) out[k] = re[k] * re[k] + im[k] * im[k];
     };
-    alignas(32) float hybrid[kPsHybridMax];
-    alignas(32) float whole[kQmfBands];
-    alignas(32) float power[Detector::kBands];
+    alignas(32) float hybrid[kPsHybridMax] = {};
+    alignas(32) float whole[kQmfBands] = {};
+    alignas(32) float power[Detector::kBands] = {};
     square(signal.hybrid.re[slot + kPsAllPassDelay], signal.hybrid.im[slot + kPsAllPassDelay],
            bands.padded, hybrid);
     square(signal.whole.re[slot + kPsLongDelay], signal.whole.im[slot + kPsLongDelay], columns,

@@ -183,7 +183,7 @@ TEST(EncodeInterface, PacketsAndInfoTellTheTruth) {
 
 TEST(EncodeInterface, RefusesWhatItCannotDo) {
     const std::pair<std::function<void(ZetacEncoderOptions&)>, ZetacStatus> cases[] = {
-        {[](auto& o) { o.size = 4; }, ZETAC_ERROR_ARGUMENT},
+        {[](auto& o) { o.size = sizeof o.size - 1; }, ZETAC_ERROR_ARGUMENT},
         {[](auto& o) { o.codec = ZETAC_CODEC_AAC; }, ZETAC_ERROR_ARGUMENT},
         {[](auto& o) { o.channels = 3; }, ZETAC_ERROR_ARGUMENT},
         {[](auto& o) { o.channels = -1; }, ZETAC_ERROR_ARGUMENT},
