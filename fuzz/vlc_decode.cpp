@@ -1,4 +1,7 @@
 // Any list of codewords is refused or decodes any stream, within the bytes that it may read.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "vlc_input.h"
 
 using namespace zetac::fuzz;

@@ -1,4 +1,7 @@
 // A fuzz input of the escape-block functions: bytes that make a code, then values or a stream.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // What is encoded has as many bits as are counted, and decodes to the same values in both forms.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "vlc_input.h"
 
 using namespace zetac::fuzz;

@@ -38,7 +38,6 @@ fi
 packages=(g++ cmake ninja-build pkg-config binutils git libgtest-dev libsndfile1-dev
     libsoxr-dev libcli11-dev nlohmann-json3-dev python3 libmpg123-dev
     ffmpeg gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good) # listen to MP3s
-$quick || packages+=(libbenchmark-dev)
 for stage in "${stages[@]}"; do
     case $stage in
     format) packages+=(clang-format) ;;
@@ -90,12 +89,12 @@ tidy_files() {
     done | sort -u
 }
 
-# The compile database of the x64 preset serves; it is all that is taken from that build.
+# Takes the compile database of the x64 preset, without headers precompiled by another compiler.
 stage_tidy() {
     local files
-    configure x64 -DZETAC_BUILD_BENCH=ON && files=$(tidy_files) || return
+    configure x64 -B build/tidy -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON && files=$(tidy_files) || return
     echo "$(grep -c . <<<"$files") files"
-    [ -z "$files" ] || xargs -P "$jobs" -n 1 clang-tidy -p build/x64 --quiet <<<"$files"
+    [ -z "$files" ] || xargs -P "$jobs" -n 1 clang-tidy -p build/tidy --quiet <<<"$files"
 }
 
 # gcc's thread sanitizer cannot map its shadow where the kernel randomises addresses widely.

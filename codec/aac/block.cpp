@@ -315,15 +315,13 @@ namespace {
  *  @param isFound  asked of the parser after each good block */
 template <class IsFound>
 bool searchSbr(std::span<const Zet8u> data, IsFound isFound) {
-    constexpr int kBlocksMax = 32;       // an encoder may take some frames to start SBR
-    constexpr int kCoreRateMax = 48000;  // the standard has band tables up to twice this rate
+    constexpr int kBlocksMax = 32;  // an encoder may take some frames to start SBR
     const auto stream = openStream(data);
     if (!stream) return false;
     BlockParser parser;
     RawBlock block;
     for (int i = 0; i < kBlocksMax && stream->next(block); ++i) {
         if (i == 0 && failed(parser.open(block))) return false;
-        if (parser.format().sampleRate() > kCoreRateMax) return false;
         const Fault fault = parser.parse(block);
         stream->finish(parser.bytesUsed(), !failed(fault));
         if (!failed(fault) && parser.hasSbr() && isFound(parser)) return true;

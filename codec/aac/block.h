@@ -116,8 +116,7 @@ class BlockParser {
     bool hasCoupling_ = false;
 };
 
-/** Whether a stream is HE-AAC with implicit signalling: SBR data among its first blocks, at a rate
- *  that can be doubled.
+/** Whether a stream is HE-AAC with implicit signalling: SBR data among its first blocks.
  *  @param data  with kReadAhead readable bytes behind it */
 bool carriesSbr(std::span<const Zet8u> data);
 

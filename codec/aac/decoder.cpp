@@ -150,10 +150,8 @@ void AacDecoder::follow(const RawBlock& block) {
 
 /** From here on there is SBR. */
 void AacDecoder::beginSbr() {
-    constexpr int kCoreRateMax = 48000;  // the standard has band tables up to twice this rate
-    const StreamFormat& format = parser_.format();
-    const bool isWanted = options_.sbr != SbrOutput::kNone && format.sbr != Signal::kNo;
-    if (decodesSbr_ || !isWanted || format.sampleRate() > kCoreRateMax) return;
+    const bool isWanted = options_.sbr != SbrOutput::kNone && parser_.format().sbr != Signal::kNo;
+    if (decodesSbr_ || !isWanted) return;
     decodesSbr_ = true;
     allocateSbr();
     makeRoom();
@@ -166,7 +164,6 @@ void AacDecoder::allocate() {
     const bool isLongTerm = format.profile == kProfileLongTermPrediction;
     for (int c = 0; c < channels; ++c) {
         ChannelState& state = stateOf(c);
-        state.random = c + 1;
         if (format.profile == kProfileMain) {
             state.main = std::make_unique<MainPrediction>(format.samplingFrequencyIndex);
         }

@@ -41,7 +41,7 @@ enum class ChannelOrder {
 /** What becomes of SBR data (ISO/IEC 14496-3, 4.6.18). */
 enum class SbrOutput {
     kNone,    // they are passed over: the core alone is decoded
-    kDouble,  // sound at twice the rate of the core, whether or not a frame has data
+    kDouble,  // sound at twice the rate of the core up to 48 kHz, whether or not a frame has data
     kCore     // the same at the rate of the core: what lies above half that rate is left out
 };
 
@@ -118,10 +118,12 @@ class AacDecoder {
     }
 
     bool decodesSbr() const { return decodesSbr_; }
-    /** Whether the output has twice the rate of the core. */
+    /** Whether the output has twice the rate of the core. No more than 96 kHz are made. */
     bool isDoubled() const {
-        return decodesSbr_ && options_.sbr == SbrOutput::kDouble &&
-               !parser_.format().isSbrDownsampled;
+        constexpr int kRateMax = 48000;
+        const StreamFormat& format = parser_.format();
+        return decodesSbr_ && options_.sbr == SbrOutput::kDouble && !format.isSbrDownsampled &&
+               format.sampleRate() <= kRateMax;
     }
     /** Samples of a frame. */
     int samples() const { return isDoubled() ? kSbrFrameLength : ZETAC_AAC_FRAME_LEN; }

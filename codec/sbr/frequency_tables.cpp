@@ -154,10 +154,11 @@ void makeEnvelopeTables(const Table& master, int bs_xover_band, SbrFrequencyTabl
     for (int i = 1; i <= t.low.bands; ++i) t.low.edge[i] = t.high.edge[2 * i - odd];
 }
 
+/** Where there are more noise bands than low ones, some are empty. */
 bool makeNoiseTable(int bs_noise_bands, SbrFrequencyTables& t) {
     const double octaves = std::log2(static_cast<double>(t.high.end()) / t.kx());
     const int bands = std::max(1, nint(bs_noise_bands * octaves));
-    if (bands > kSbrNoiseBandsMax || bands > t.low.bands) return false;
+    if (bands > kSbrNoiseBandsMax) return false;
     t.noise.edge[0] = t.low.edge[0];
     for (int j = 1, i = 0; j <= bands; ++j) {
         i += (t.low.bands - i) / (bands + 1 - j);

@@ -1,4 +1,7 @@
 // The one bit writer of the library: most significant bit first.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

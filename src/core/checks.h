@@ -1,4 +1,7 @@
 // Argument checks: one line each, in contract order, at the head of every exported function.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -4,6 +4,9 @@
 // absolute) for arguments of table size, below 2^-59 for power and besselI0: far beyond what a
 // 32-bit table rounds to. At run time they are slow and serve where specs are initialised: the same
 // bits on every machine matter more there.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,7 @@
 // Fixed-point arithmetic: every rounding and saturation idiom by its name.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

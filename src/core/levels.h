@@ -1,6 +1,9 @@
 // Instruction-set levels. A kernel that pays for it is compiled once per level, each time in a
 // namespace of its own, and lands in a constant table indexed by Level. Level 0 is the reference;
 // the others give the same bits.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <array>

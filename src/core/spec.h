@@ -1,5 +1,8 @@
 // Spec structures: state that the library lays out in one block of memory, of the caller or of the
 // heap. Every one begins with a SpecHeader, which tells its family and who owns the memory.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,5 +1,8 @@
 // What an SBR encoder measures before it chooses its grid, noise floors and inverse filtering:
 // transients and tonality.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/checks.h"

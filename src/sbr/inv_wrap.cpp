@@ -1,4 +1,7 @@
 // Circular delay lines in linear order.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <cstring>
 

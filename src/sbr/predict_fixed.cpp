@@ -4,6 +4,9 @@
 // Covariances are sums of 64-bit products. The equations are nearly singular for tonal bands: the
 // relaxed determinant may be 2^-20 of its terms. Double precision solves them with 2^-33 to spare,
 // which a fixed-point quotient of 32-bit mantissas would not have, and needs no scaling.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 

@@ -1,5 +1,8 @@
 // Prediction coefficients for the high-frequency generator (ISO/IEC 14496-3, 4.6.18.6.2), in single
 // precision.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/checks.h"

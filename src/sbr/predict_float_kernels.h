@@ -1,6 +1,9 @@
 // Arithmetic of the floating predictors and detectors, compiled once per instruction-set level. A
 // lane is a band, and every lane sees the same operations in the same order, so that neither the
 // level nor a band's place among the vectors changes a result.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

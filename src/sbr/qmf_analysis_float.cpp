@@ -1,5 +1,8 @@
 // The floating analysis banks (ISO/IEC 14496-3, 4.6.18.4.1 and 4.6.18.8.2.1). The banks check their
 // arguments in different orders.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/checks.h"

@@ -1,4 +1,7 @@
 // The 64-band complex analysis of an SBR encoder.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/checks.h"

@@ -1,5 +1,8 @@
 // The arithmetic of the encoder's 64-band analysis around its FFT, compiled once per
 // instruction-set level.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // The fixed-point QMF banks of SBR (ISO/IEC 14496-3, 4.6.18.4 and 4.6.18.8.2): states and slots.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 
 #include "core/checks.h"

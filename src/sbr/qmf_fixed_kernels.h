@@ -3,6 +3,9 @@
 // A delay line is a ring of ten slots, the newest at the given position: of 32 samples, the newest
 // first, in the analysis; of 2K values v in the synthesis of K bands. The caller moves the position
 // afterwards. Samples of the line are integers in the analysis, v is in half units (Q1).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,5 +1,8 @@
 // The life of the floating QMF banks. A block of memory holds the transform's state, the bank's and
 // its delay line, one behind the other.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "sbr/qmf_float_bank.h"
 
 #include <algorithm>

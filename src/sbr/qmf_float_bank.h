@@ -1,4 +1,7 @@
 // The states of the floating QMF banks and what the banks have in common.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

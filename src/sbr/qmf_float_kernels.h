@@ -4,6 +4,9 @@
 // Time slots stand side by side: a lane is a slot, so that the modulation runs without a shuffle
 // and every slot sees the same operations, whatever the level and the number of slots. Rows are
 // transposed on the way in and out; windowing works along the samples of one slot.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

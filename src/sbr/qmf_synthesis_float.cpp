@@ -1,5 +1,8 @@
 // The floating synthesis banks of 64 and of 32 bands (ISO/IEC 14496-3, 4.6.18.4.2, 4.6.18.4.3 and
 // 4.6.18.8.2.2). Real and complex ones check the work buffer in different places.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/checks.h"

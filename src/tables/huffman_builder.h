@@ -1,4 +1,7 @@
 // Compile-time construction of decoding tables from a complete prefix code.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <algorithm>

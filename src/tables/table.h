@@ -1,5 +1,8 @@
 // A constant table that a function can return, so that formulas fill it at compile time; in use it
 // is as good as the bare array.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <cstddef>

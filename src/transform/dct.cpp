@@ -1,4 +1,7 @@
 // The orthonormal DCT: type II forward, type III inverse.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include <algorithm>

@@ -4,6 +4,9 @@
 // x[2n+1], takes v as M complex points to their transform Z, that to the spectrum V of v as in
 // fft_real.h, and rotates: with U[k] = c V[k], c = sqrt(1/2N) e^(-pi i k / 2N), y[k] = Re U[k] and
 // y[N-k] = -Im U[k]. The inverse takes the same steps backwards.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

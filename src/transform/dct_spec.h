@@ -1,5 +1,8 @@
 // The spec structure of the DCTs. A power of two runs on a complex FFT of half the length, any
 // other length on two FFTs that convolve with a chirp.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,5 +1,8 @@
 // The complex FFT on 16-bit integers. It runs in single precision, whose 24 bits keep every
 // intermediate value to a small fraction of the final rounding; nothing can overflow on the way.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/checks.h"

@@ -4,6 +4,9 @@
 // interleaved sub-sequences of n = N / s points; the pass takes the points p + m j, m = n / r_i, of
 // each to a DFT of r_i points, multiplies output k by W_n^(p k), and stores it so that s * r_i
 // sub-sequences remain. The results come out in order, without a permutation.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

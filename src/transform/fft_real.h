@@ -4,6 +4,9 @@
 //   b = conj(Z[M-k]) / 2 and h = -i e^(-2 pi i k / N),
 // and with a and b from V, without the halves, and conj(h) the other way. Point 0 stands for the
 // real V[0] and V[M].
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // The spec structures of the FFTs and their life.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "transform/fft_spec.h"
 
 #include "core/checks.h"

@@ -1,4 +1,7 @@
 // The spec structure of the FFTs and its life; the four families differ in types and sizes only.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // The sums of the block FIR filter, compiled once per instruction-set level.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

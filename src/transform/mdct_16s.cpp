@@ -1,4 +1,7 @@
 // The 16-bit MDCT: block floating point around a 16-bit FFT.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <climits>
 

@@ -1,4 +1,7 @@
 // The floating MDCTs.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "core/checks.h"
 #include "transform/mdct_blocks.h"
 #include "transform/mdct_kernels.h"

@@ -1,4 +1,7 @@
 // The floating MDCT of the two block lengths of Layer III, 12 and 36.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

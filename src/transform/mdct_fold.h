@@ -1,4 +1,7 @@
 // The folding of N samples to N/2 values, whose DCT-IV is the MDCT.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,5 +1,8 @@
 // The arithmetic of the floating MDCT of power-of-two length, compiled once per instruction-set
 // level.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

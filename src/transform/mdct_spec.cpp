@@ -1,4 +1,7 @@
 // The life of the MDCT structures.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "transform/mdct_spec.h"
 
 #include <algorithm>

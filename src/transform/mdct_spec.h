@@ -1,5 +1,8 @@
 // The spec structures of the MDCTs; the three families differ in the type of their twiddles and
 // FFTs.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // The twiddles of the MDCTs: sine and cosine of 2 pi (k + 1/8) / N for k < N/4.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "core/constexpr_math.h"
 #include "core/fixed_point.h"
 #include "tables/transform/unit_circle.h"

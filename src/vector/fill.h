@@ -1,4 +1,7 @@
 // Filling memory with a repeated word.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

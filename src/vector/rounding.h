@@ -1,5 +1,8 @@
 // Scaling by powers of two with saturation and rounding, four values at a time, in double
 // precision: it holds integers of up to 33 bits and singles exactly and scales them without error.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // The caller's list of values and codewords.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

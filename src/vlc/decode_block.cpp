@@ -1,4 +1,7 @@
 // Decodes blocks of values with escapes.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 

@@ -1,4 +1,7 @@
 // Builds decoding specs.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 #include <bitset>

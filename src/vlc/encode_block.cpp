@@ -1,4 +1,7 @@
 // Encodes blocks of pairs with escapes, and counts their bits.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <algorithm>
 #include <bit>
 

@@ -1,4 +1,7 @@
 // What both directions know of the two styles of escapes.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

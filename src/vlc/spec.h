@@ -1,6 +1,9 @@
 // The two spec structures in memory. They start at the first 32-byte boundary at or behind the
 // caller's pointer, which every call rounds up anew. Fields follow one another at their natural
 // alignment, pointers in the size of the machine; docs/design.md has the offsets.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "core/spec.h"

@@ -1,4 +1,7 @@
 // The candidates of both books, as they pass from stage to stage.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include "vq/codebook.h"

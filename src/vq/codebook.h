@@ -1,4 +1,7 @@
 // Codebooks, and what the stages say of their vectors.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,4 +1,7 @@
 // Index selection: what the stream says of the chosen candidates.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "vq/candidates.h"
 
 namespace zetac::vq {

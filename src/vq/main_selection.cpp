@@ -1,4 +1,7 @@
 // Main selection: the pair of candidates whose mean is nearest to the target.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "vq/candidates.h"
 #include "vq/subvector.h"
 

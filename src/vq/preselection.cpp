@@ -1,4 +1,7 @@
 // Preselection: the vectors of one book that promise the smallest distance.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "vq/subvector.h"
 
 namespace zetac::vq {

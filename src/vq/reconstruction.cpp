@@ -1,4 +1,7 @@
 // Reconstruction of the spectrum from indexes.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "vq/subvector.h"
 
 namespace zetac::vq {

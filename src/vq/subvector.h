@@ -1,4 +1,7 @@
 // The subvectors of an interleaved spectrum, and sums over them.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <algorithm>

@@ -1,4 +1,7 @@
 // The library frame and the vector utilities: exact values from independent models.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,4 +1,7 @@
 // The orthonormal DCTs: values against the definition in long double, however they are called.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

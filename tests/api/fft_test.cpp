@@ -1,4 +1,7 @@
 // The FFTs: values against references in long double, and formats.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,4 +1,7 @@
 // The block FIR filter against the sum that defines it.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,5 +1,8 @@
 // The MDCTs against their definition in long double, and the 16-bit one against a model of its
 // steps.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

@@ -1,4 +1,7 @@
 // What an SBR encoder measures: transients, tonality, and its own analysis bank.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,5 +1,8 @@
 // The fixed-point predictors of SBR against the covariance method in long double, and
 // zetsInvWrap_32s_Sf.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

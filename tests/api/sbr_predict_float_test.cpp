@@ -1,4 +1,7 @@
 // The floating predictors, the transient detector and the tonality estimator of SBR.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,4 +1,7 @@
 // The escape-block VLC functions on small codes whose bits are written by hand.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

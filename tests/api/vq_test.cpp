@@ -1,4 +1,7 @@
 // Vector quantisation against values computed by hand and against models in double precision.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

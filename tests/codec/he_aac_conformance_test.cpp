@@ -10,7 +10,6 @@
 #include <filesystem>
 
 #include "support/streams/reference.h"
-#include "support/streams/sbr_stream.h"
 
 namespace zetac::test {
 namespace {
@@ -45,12 +44,13 @@ TEST(HeConformance, BundledClips) {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(ZETAC_TEST_DATA "/he_aac")) {
         auto path = entry.path();
-        if (path.extension() != ".aac") continue;
-        ++count;
         const std::string stream = path.string();
-        expectHeConformance(stream, path.replace_extension(".pcm.gz").string());
+        const auto reference = path.replace_extension(".pcm.gz");
+        if (!stream.ends_with(".aac") || !exists(reference)) continue;
+        ++count;
+        expectHeConformance(stream, reference.string());
     }
-    EXPECT_GE(count, 3);
+    EXPECT_GE(count, 9);
 }
 
 TEST(HeConformance, SharedStreams) {
@@ -75,7 +75,7 @@ Pcm side(const Pcm& pcm, size_t frame, size_t channel) {
 }
 
 // Two streams of the same core, the second one with parametric stereo. From one to the other the
-// output becomes stereo, but both sides are mono in the first frame, so that nothing jumps. Five
+// output becomes stereo, but both sides are mono in the first frame, so that nothing jumps. Four
 // frames later the decorrelated signal is what it is when it was there from the start.
 TEST(ParametricStereo, MayBeginLate) {
     constexpr size_t kFirst = 6;  // a frame with a header

@@ -6,7 +6,8 @@
 
 #include <algorithm>
 
-#include "support/streams/sbr_stream.h"
+#include "sbr/fault.h"
+#include "support/streams/clips.h"
 
 namespace zetac::test {
 namespace {
@@ -21,55 +22,47 @@ Bytes heClip(const std::string& name) {
     return readFile(std::string(ZETAC_TEST_DATA) + "/he_aac/" + name + ".aac");
 }
 
-SbrStyle style(bool hasCrc) {
-    SbrStyle s;
-    s.header.bs_start_freq = 5;
-    s.header.bs_stop_freq = 6;
-    s.header.bs_smoothing_mode = 0;
-    s.hasCrc = hasCrc;
-    return s;
+void flip(Bytes& frame, size_t bit) {
+    frame[bit / 8] ^= static_cast<Zet8u>(0x80 >> bit % 8);
 }
 
-/** A stream of a core with long-term prediction. */
-template <class Change>
-Bytes heStream(bool hasCrc, Change change) {
-    SbrWriter writer(style(hasCrc), 3);
-    Bytes stream;
-    int frame = 0;
-    for (const Bytes& core : framesOf(clip("mono_ltp"))) {
-        Bytes payload = writer.next();
-        change(frame++, payload);
-        append(stream, payload.empty() ? core : withPayload(core, payload));
+/** Flips bits near the ends of frames, where the SBR data stand. */
+Bytes withDamagedSbr(const std::string& name, int flips, Random& random) {
+    constexpr uint32_t kBytes = 14;  // that the data have at least, and the end element's bits
+    auto frames = framesOf(heClip(name));
+    for (int i = 0; i < flips; ++i) {
+        Bytes& frame = frames[random.below(static_cast<uint32_t>(frames.size()))];
+        if (frame.size() > 100) flip(frame, frame.size() * 8 - 16 - random.below(8 * kBytes));
     }
-    return stream;
+    return joined(frames, 0);
 }
 
 // Damage and loss sound alike, and nothing before or after the frames up to the next header, which
 // are 3 to 7, differs between them.
 TEST(HeRobustness, DamagedDataAreLikeMissingOnes) {
-    const auto missing = [](int frame, Bytes& payload) {
-        if (frame >= 3 && frame < 8) payload.clear();
-    };
-    const Decoded expected = decodeAll(heStream(false, missing), kPlayed);
+    const auto frames = framesOf(heClip("mono_ltp_crc"));
+    const auto core = framesOf(clip("mono_ltp"));
+    const Decoded expected =
+        decodeAll(joined(frames, 0, 3) + joined(core, 3, 8) + joined(frames, 8), kPlayed);
     EXPECT_EQ(std::ranges::count(expected.sbrFaults, Fault::kNone),
               static_cast<ptrdiff_t>(expected.sbrFaults.size()));
-    const auto cut = [](int frame, Bytes& payload) {
-        if (frame == 3) payload.resize(payload.size() / 2);
-    };
-    const auto flipped = [](int frame, Bytes& payload) {
-        if (frame == 3) payload[5] ^= 0x10;
-    };
-    const Decoded decoded[] = {decodeAll(heStream(false, cut), kPlayed),
-                               decodeAll(heStream(true, flipped), kPlayed)};
-    for (const Decoded& damaged : decoded) {
-        EXPECT_EQ(damaged.damages(), 0u);
-        EXPECT_EQ(damaged.pcm, expected.pcm);
-        for (size_t frame = 0; frame < damaged.sbrFaults.size(); ++frame) {
-            EXPECT_EQ(failed(damaged.sbrFaults[frame]), frame == 3) << frame;
-        }
+    auto damaged = frames;
+    flip(damaged[3], damaged[3].size() * 8 - 100);
+    const Decoded decoded = decodeAll(joined(damaged, 0), kPlayed);
+    EXPECT_EQ(decoded.damages(), 0u);
+    EXPECT_EQ(decoded.pcm, expected.pcm);
+    for (size_t frame = 0; frame < frames.size(); ++frame) {
+        EXPECT_EQ(decoded.sbrFaults[frame], frame == 3 ? SbrFault::kCrc : Fault::kNone) << frame;
     }
-    EXPECT_EQ(decoded[0].sbrFaults[3], SbrFault::kTruncated);
-    EXPECT_EQ(decoded[1].sbrFaults[3], SbrFault::kCrc);
+}
+
+TEST(HeRobustness, TheCrcNoticesEveryBit) {
+    const Bytes good = framesOf(heClip("mono_ltp_crc"))[0];
+    for (size_t bit = good.size() * 8 - 8 * 30; bit < good.size() * 8 - 16; ++bit) {
+        Bytes bad = good;
+        flip(bad, bit);
+        EXPECT_EQ(decodeAll(bad, kPlayed).sbrFaults[0], SbrFault::kCrc) << bit;
+    }
 }
 
 TEST(HeRobustness, CutAtManyBytes) {
@@ -91,7 +84,7 @@ TEST(HeRobustness, CutAtManyBytes) {
 
 TEST(HeRobustness, FlippedBits) {
     Random random(1);
-    for (const char* name : {"mono_speech", "stereo_music", "stereo_all_tools_24k"}) {
+    for (const char* name : {"mono_speech", "stereo_all_tools_24k", "stereo_ps_phases_speech"}) {
         const Bytes bytes = heClip(name);
         const size_t frames = decodeAll(bytes, kPlayed).faults.size();
         for (int round = 0; round < 200; ++round) {
@@ -108,20 +101,23 @@ TEST(HeRobustness, FlippedBits) {
     }
 }
 
-// Payloads without an error check, any bits of which are wrong: nothing but the sound may change.
-TEST(HeRobustness, RandomPayloads) {
+// Without an error check any bits of the data may be wrong: nothing but the sound changes, and each
+// kind of damage is told of some time.
+TEST(HeRobustness, DamagedSbrData) {
     Random random(2);
-    for (int round = 0; round < 200; ++round) {
-        const Bytes stream = heStream(false, [&](int, Bytes& payload) {
-            for (int i = 0; i < round % 8; ++i) {
-                payload[random.below(static_cast<uint32_t>(payload.size()))] =
-                    static_cast<Zet8u>(random.below(256));
-            }
-            payload[0] = static_cast<Zet8u>((payload[0] & 15) | 0xD0);
-        });
-        const Decoded decoded = decodeAll(stream, kPlayed);
-        EXPECT_EQ(decoded.damages(), 0u);
-        EXPECT_EQ(decoded.sampleRate, 44100);
+    std::vector<Fault> seen;
+    for (const char* name : {"stereo_all_tools_24k", "stereo_ps_mode_switches"}) {
+        const Decoded whole = decodeAll(heClip(name), kPlayed);
+        for (int round = 0; round < 150; ++round) {
+            const Decoded decoded = decodeAll(withDamagedSbr(name, 1 + round % 8, random), kPlayed);
+            EXPECT_EQ(decoded.damages(), 0u);
+            EXPECT_EQ(decoded.pcm.size(), whole.pcm.size());
+            seen.insert(seen.end(), decoded.sbrFaults.begin(), decoded.sbrFaults.end());
+        }
+    }
+    for (const Fault& fault :
+         {SbrFault::kTruncated, SbrFault::kValue, SbrFault::kParametricStereo}) {
+        EXPECT_GT(std::ranges::count(seen, fault), 0) << fault.text;
     }
 }
 

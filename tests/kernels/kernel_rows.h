@@ -1,5 +1,8 @@
 // The registry of kernels that are compiled for every instruction-set level. A row makes input and
 // calls a kernel; one test runs each row at each level, compares and, if asked to, takes the time.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

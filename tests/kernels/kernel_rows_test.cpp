@@ -1,5 +1,8 @@
 // Every kernel at every level: the bits of level 0, and nothing written beyond its buffers.
 // With ZETAC_TIME_KERNELS=1 the test also prints the nanoseconds of a call at each level.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "kernels/kernel_rows.h"
 
 #include <chrono>

@@ -1,4 +1,7 @@
 // The kernels of the SBR banks and predictors.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "kernels/kernel_rows.h"
 #include "sbr/predict_float_kernels.h"
 #include "sbr/qmf_encoder_kernels.h"

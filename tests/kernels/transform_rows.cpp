@@ -1,4 +1,7 @@
 // The kernels of the transforms and of the block FIR filter.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include "core/spec.h"
 #include "kernels/kernel_rows.h"
 #include "transform/dct_kernels.h"

@@ -1,4 +1,7 @@
 // The roots of unity that all factors of the transforms are made of.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 
 #include "support/reference_fft.h"

@@ -1,4 +1,7 @@
 // The escape-block functions with the standards' own books, against the decoders of the codecs.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <gtest/gtest.h>
 #include <zetac.h>
 

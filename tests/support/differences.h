@@ -1,4 +1,7 @@
 // Statistics of the differences between results and a model.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,8 @@
-// The floating QMF banks behind one interface, and a model of them: the formulas of the public
-// header in double precision.
+// All QMF banks behind one interface, and a model of them: the formulas of the public header in
+// double precision, which holds the values of all banks exactly.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>
@@ -13,44 +16,14 @@
 
 namespace zetac::test {
 
-enum class Kind { kReal, kParts, kPairs };
-inline constexpr Kind kKinds[] = {Kind::kReal, Kind::kParts, Kind::kPairs};
-
-using Slot = std::vector<std::complex<float>>;  // its bands; imaginary parts 0 in the real banks
-using Slots = std::vector<Slot>;
-
-// A bank in memory that begins alignment bytes behind a boundary of 64.
-template <class Spec>
-class Bank {
-  public:
-    template <class GetSize, class Init>
-    Bank(GetSize getSize, Init init, size_t alignment) {
-        int size = 0, initSize = 0, workSize = 0;
-        EXPECT_EQ(zetStsOk, getSize(&size, &initSize, &workSize));
-        memory_ = std::make_unique<Guarded<Zet8u>>(size, alignment);
-        init_ = std::make_unique<Guarded<Zet8u>>(initSize, alignment);
-        work_ = std::make_unique<Guarded<Zet8u>>(workSize, alignment);
-        EXPECT_EQ(zetStsOk, init(&spec_, memory_->data(), init_->data()));
-    }
-    ~Bank() { EXPECT_TRUE(memory_->intact() && init_->intact() && work_->intact()); }
-    Spec* spec() { return spec_; }
-    Zet8u* work() { return work_->data(); }
-
-  private:
-    std::unique_ptr<Guarded<Zet8u>> memory_, init_, work_;
-    Spec* spec_ = nullptr;
-};
-
-// Rows of a matrix, singles or pairs, apart from each other in memory.
+// Rows of a matrix, apart from each other in memory.
 class Rows {
   public:
     Rows(size_t count, size_t singles, size_t alignment) {
+        pointers_.reserve(count + 1);  // no null pointer, without rows either
         for (size_t i = 0; i < count; ++i) {
             rows_.push_back(std::make_unique<Guarded<Zet32f>>(singles, alignment));
             pointers_.push_back(rows_.back()->data());
-            constPointers_.push_back(rows_.back()->data());
-            pairs_.push_back(reinterpret_cast<Zet32fc*>(rows_.back()->data()));
-            constPairs_.push_back(pairs_.back());
         }
     }
     ~Rows() {
@@ -58,32 +31,62 @@ class Rows {
     }
     Zet32f* operator[](size_t i) { return pointers_[i]; }
     Zet32f** singles() { return pointers_.data(); }
-    const Zet32f** constSingles() { return constPointers_.data(); }
-    Zet32fc** pairs() { return pairs_.data(); }
-    const Zet32fc** constPairs() { return constPairs_.data(); }
+    Zet32fc** pairs() { return reinterpret_cast<Zet32fc**>(singles()); }
+    const Zet32f** constSingles() { return const_cast<const Zet32f**>(singles()); }
+    const Zet32fc** constPairs() { return const_cast<const Zet32fc**>(pairs()); }
 
   private:
     std::vector<std::unique_ptr<Guarded<Zet32f>>> rows_;
     std::vector<Zet32f*> pointers_;
-    std::vector<const Zet32f*> constPointers_;
-    std::vector<Zet32fc*> pairs_;
-    std::vector<const Zet32fc*> constPairs_;
 };
+
+// Floating banks with real samples, with complex ones in two matrices and in one; fixed ones.
+enum class Kind { kReal, kParts, kPairs, kFixedReal, kFixedComplex };
+inline constexpr Kind kKinds[] = {Kind::kReal, Kind::kParts, Kind::kPairs, Kind::kFixedReal,
+                                  Kind::kFixedComplex};
+inline bool isFixed(Kind kind) {
+    return kind >= Kind::kFixedReal;
+}
+inline bool isReal(Kind kind) {
+    return kind == Kind::kReal || kind == Kind::kFixedReal;
+}
+
+using Samples = std::vector<double>;
+using Slot = std::vector<std::complex<double>>;  // its bands; imaginary parts 0 in the real banks
+using Slots = std::vector<Slot>;
+
+// A bank in memory between canaries that begins alignment bytes behind a boundary of 64. It keeps
+// its state from call to call.
+struct QmfBank {
+    std::function<Slots(const Samples&, int kx)> analyze;
+    std::function<Samples(const Slots&)> synthesize;
+    std::function<void()> restart;  // Init
+    const Zet8u* memory;            // what Init was given
+    const Zet8u* state;             // where the structure begins
+    int sizes[3];                   // of the structure, for Init, for work
+};
+QmfBank analysisBank(Kind kind, size_t alignment = 4);
+QmfBank synthesisBank(Kind kind, int bands, size_t alignment = 4);
+
+// The life of the fixed banks: of the analysis, the synthesis and the down synthesis.
+struct FixedLife {
+    Zet32s identifier;
+    int size;
+    ZetStatus (*getSize)(int*);
+    ZetStatus (*init)(Zet8u*);
+    ZetStatus (*initAlloc)(Zet8u**);
+    ZetStatus (*free)(Zet8u*);
+};
+extern const FixedLife kFixedLives[3][2];  // [bank][real, that is low power?]
+
+// A fixed synthesis on a state of the caller's.
+Samples synthesizeOn(Zet8u* state, bool real, int bands, const Slots& slots);
 
 // The window of a bank: the prototype for 64 bands, every second value of it for 32.
 std::vector<Zet32f> qmfWindow(int bands);
 
-// Analyses samples into slots, call by call.
-using Analysis = std::function<Slots(const std::vector<float>& samples, int kx)>;
-Analysis analysisBank(Kind kind, size_t alignment = 4);
-
-// Synthesises samples of 64 or 32 bands.
-using Synthesis = std::function<std::vector<float>(const Slots& slots)>;
-Synthesis synthesisBank(Kind kind, int bands, size_t alignment = 4);
-
 // The formulas.
-std::vector<std::vector<std::complex<double>>> modelAnalysis(const std::vector<float>& samples,
-                                                             bool real);
-std::vector<double> modelSynthesis(const Slots& slots, int bands, bool real);
+Slots modelAnalysis(const Samples& samples, bool real);
+Samples modelSynthesis(const Slots& slots, int bands, bool real);
 
 }  // namespace zetac::test

@@ -1,4 +1,7 @@
 // Transforms in long double, straight from their definitions or by halving.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <cmath>

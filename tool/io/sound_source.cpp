@@ -58,7 +58,7 @@ class AacSource : public SoundSource {
             if (pcm()) mixDown(pcm(), static_cast<size_t>(decoded.samples));
             isMixed_ = true;
         }
-        frame = {.position = block.position,
+        frame = {.position = static_cast<size_t>(block.position),
                  .inputBytes = block.data.size(),
                  .fault = {},
                  .isFaultNews = true,
@@ -118,7 +118,7 @@ class Mp3Source : public SoundSource {
         if (!layout_) layout_ = codec::ChannelLayout::fromConfiguration(decoded.channels);
         if (decoded.channels != layout_->channels()) convertChannels(decoded.samples);
         const bool isMuted = decoded.fault == Mp3Fault::kMissingMainData;
-        frame = {.position = coded.position,
+        frame = {.position = static_cast<size_t>(coded.position),
                  .inputBytes = coded.data.size(),
                  .fault = {},
                  .isFaultNews = !(isMuted && isMuted_),

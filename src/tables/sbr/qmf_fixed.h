@@ -3,6 +3,9 @@
 //
 // Point m of a transform belongs to band 2m, m < K/2, and to band 2K - 1 - 2m from there on: the
 // band whose sample is the conjugate of what an even band beyond K would have.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <zetac.h>

@@ -1,6 +1,9 @@
 // The prototype c of the SBR filter banks (ISO/IEC 14496-3, table 4.A.87), with all decimals of the
 // standard. Its signs jump at the borders of blocks of 128, which is what the banks' plain products
 // expect: c[640 - i] = c[i] but for c[384] = -c[256] and c[512] = -c[128].
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 namespace zetac::tables {

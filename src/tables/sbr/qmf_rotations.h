@@ -1,4 +1,7 @@
 // Rotations before and after the FFTs of the complex SBR filter banks (ISO/IEC 14496-3, 4.6.18.4).
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 namespace zetac::tables {

@@ -1,4 +1,7 @@
 // The exported forms of the prototype of the SBR filter banks.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #include <zetac.h>
 
 #include "core/constexpr_math.h"

@@ -1,5 +1,8 @@
 // Rotations of the integer FFTs, Q31. cosine and sine stand in arrays of their own, so that a
 // vector of neighbouring rotations is one load.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,8 @@
 // Roots of unity in double precision, for the twiddles that transforms compute when they are
 // initialised.
+//
+// SPDX-License-Identifier: BSD-2-Clause
+// Copyright (c) 2026, The Zetac authors
 #pragma once
 
 #include <cstdint>

@@ -14,8 +14,8 @@ int main(void) {
     options.channels = 1;
     status = zetacEncoderCreate(&encoder, &options);
     while (status >= 0 && plane != silence + 44100) {
-        status = zetacEncoderFeed(encoder, &plane, (size_t)(silence + 44100 - (const int16_t*)plane),
-                                  &taken);
+        status = zetacEncoderFeed(encoder, &plane,
+                                  (size_t)(silence + 44100 - (const int16_t*)plane), &taken);
         plane = (const int16_t*)plane + taken;
         while (status >= 0 && zetacEncoderTake(encoder, &packet) == ZETAC_OK) bytes += packet.bytes;
     }
