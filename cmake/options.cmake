@@ -19,8 +19,8 @@ string(REGEX REPLACE "(^|,)fuzzer(,|$)" "\\1fuzzer-no-link\\2" sanitizers "${ZET
 if(sanitizers)
   add_compile_options(-fsanitize=${sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${sanitizers})
-  # Instrumented code of the standard library misleads this warning of gcc 12.
-  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+  # Instrumented code of the standard library misleads these warnings of gcc 12.
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized;-Wno-stringop-overflow>)
 endif()
 
 # What the code of the library itself is built with. No frame may grow beyond 16 KiB, so that the
