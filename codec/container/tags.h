@@ -1,4 +1,5 @@
-// Tags that other programs put before, behind and between audio frames: ID3v1, ID3v2 and APE.
+// What other programs put before, behind and between audio frames: ID3v1, ID3v2, APE and Lyrics3
+// tags, and the front of RIFF files.
 //
 // SPDX-License-Identifier: BSD-2-Clause
 // Copyright (c) 2026, The Zetac authors
@@ -13,7 +14,7 @@
 namespace zetac::codec {
 
 struct Tag {
-    const char* name = nullptr;  // "ID3v1", "ID3v2" or "APE"
+    const char* name = nullptr;  // "ID3v1", "ID3v2", "APE", "Lyrics3" or "RIFF"
     size_t bytes = 0;            // 0: no tag
 };
 
