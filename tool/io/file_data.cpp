@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "base/bits.h"
 #include "io/descriptor.h"
@@ -23,7 +24,11 @@ FileData::FileData(const std::string& path) {
     if (file < 0 || fstat(file, &status) != 0)
         throw Failure(std::string("cannot be opened: ") + std::strerror(errno));
     if (S_ISDIR(status.st_mode)) throw Failure("is a folder");
-    size_t room = S_ISREG(status.st_mode) ? static_cast<size_t>(status.st_size) + 1 : kChunk;
+    const bool hasLength = S_ISREG(status.st_mode);
+    if (hasLength &&
+        static_cast<uint64_t>(status.st_size) >= storage_.max_size() - codec::kReadAhead)
+        throw std::bad_alloc();  // in 32 bits
+    size_t room = hasLength ? static_cast<size_t>(status.st_size) + 1 : kChunk;
     for (;;) {
         storage_.resize(size_ + room);
         const ssize_t count = read(file, storage_.data() + size_, room);
@@ -33,7 +38,7 @@ FileData::FileData(const std::string& path) {
         if (count == 0) break;
         if (count > 0) size_ += static_cast<size_t>(count);
         room = kChunk;
-        if (size_ > kEndlessBytesMax && !S_ISREG(status.st_mode))
+        if (size_ > kEndlessBytesMax && !hasLength)
             throw Failure("has no end within 512 MiB, the most that is taken from a pipe");
     }
     storage_.resize(size_ + codec::kReadAhead);
