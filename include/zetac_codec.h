@@ -65,8 +65,10 @@ extern "C" {
 /** Most channels that a stream may have. */
 #define ZETAC_CHANNELS_MAX 8
 
-/** A decoder, or an encoder, takes less memory than this. */
-#define ZETAC_STREAM_BYTES_MAX 1048576
+/** A decoder, or an encoder, takes less memory than this: below 0.2 MiB for stereo, 0.4 MiB with
+ * SBR and parametric stereo; the most is for eight single channels with long-term prediction and
+ * SBR. */
+#define ZETAC_STREAM_BYTES_MAX 1310720
 
 /* ------------------------------------------------------------------------------------------------
  * Statuses and damage
@@ -223,7 +225,8 @@ typedef enum ZetacChannelOrder {
     ZETAC_ORDER_STREAM = 1 /**< as the elements come in the stream: centre, left, right, ... */
 } ZetacChannelOrder;
 
-/** Mixing of many channels into few. */
+/** Mixing of many channels into few. This version refuses all but the first with
+ * ZETAC_ERROR_ARGUMENT. */
 typedef enum ZetacDownmix {
     ZETAC_DOWNMIX_NONE = 0,
     ZETAC_DOWNMIX_STEREO =
@@ -309,10 +312,10 @@ ZETAC_CODEC_API ZetacStatus zetacDecoderTake(ZetacDecoder* decoder, ZetacFrame* 
 
 /** Forgets all sound and the input at hand, for a seek. What is known of the container, the format
  *  and, for packets and LOAS, the configuration stays, so that feeding may go on at any frame with
- *  isSeekPoint, in ADIF files too.
+ *  isSeekPoint, in ADIF files too. With SBR this allocates.
  *  @param position      byte of the input where feeding goes on, for reports
  *  @param samplePosition  that the next frame is given
- *  @return ZETAC_ERROR_ARGUMENT */
+ *  @return ZETAC_ERROR_ARGUMENT, ZETAC_ERROR_MEMORY */
 ZETAC_CODEC_API ZetacStatus zetacDecoderReset(ZetacDecoder* decoder, uint64_t position,
                                               uint64_t samplePosition);
 
@@ -430,14 +433,16 @@ typedef enum ZetacStereoMode {
 typedef enum ZetacRateMode {
     ZETAC_RATE_CONSTANT = 0,
     ZETAC_RATE_VARIABLE = 1, /**< as many as the quality needs */
-    ZETAC_RATE_AVERAGE = 2   /**< as many as the sound needs around a mean bit rate */
+    ZETAC_RATE_AVERAGE = 2   /**< as many as the sound needs around a mean bit rate; this version
+                                refuses it with ZETAC_ERROR_UNSUPPORTED */
 } ZetacRateMode;
 
 /** How an encoder works. */
 typedef struct ZetacEncoderOptions {
-    size_t size;          /**< of this structure */
-    int32_t codec;        /**< ZETAC_CODEC_MP3; 0 means the same */
-    int32_t sampleRate;   /**< Hz: that of the input and of the stream; 0: 44100 */
+    size_t size;   /**< of this structure */
+    int32_t codec; /**< ZETAC_CODEC_MP3; 0 means the same */
+    int32_t
+        sampleRate; /**< Hz: that of the input and of the stream: 32000, 44100 or 48000; 0: 44100 */
     int32_t channels;     /**< 1 or 2; 0: 2 */
     int32_t sampleFormat; /**< ZetacSampleFormat of the input */
     int32_t isPlanar;     /**< one plane a channel, instead of interleaved samples */
@@ -448,7 +453,8 @@ typedef struct ZetacEncoderOptions {
     int32_t stereoMode;   /**< ZetacStereoMode */
     int32_t hasCrc;       /**< frames are protected by an error check */
     int32_t lacksInfo;    /**< no information frame is put first */
-    int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate */
+    int32_t lowpass;      /**< Hz: what lies above is left out; 0: suits the bit rate. This version
+                             refuses any other with ZETAC_ERROR_UNSUPPORTED */
 } ZetacEncoderOptions;
 
 #define ZETAC_ENCODER_OPTIONS_INIT ZETAC_INIT_(ZetacEncoderOptions) /**< empty, with its size */
