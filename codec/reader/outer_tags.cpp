@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 
 namespace zetac::codec {
 namespace {
@@ -18,7 +17,7 @@ constexpr size_t kApeFooterBytes = 32;
 constexpr size_t kLyricsEndBytes = 15;  // six digits and "LYRICS200"
 
 bool hasText(std::span<const uint8_t> bytes, std::string_view text) {
-    return bytes.size() >= text.size() && std::memcmp(bytes.data(), text.data(), text.size()) == 0;
+    return bytes.size() >= text.size() && std::equal(text.begin(), text.end(), bytes.begin());
 }
 
 /** Bytes of the ID3v2 tag whose header this is; 0 when it is none. */

@@ -26,14 +26,14 @@ class KernelMemory {
 
     template <class T>
     T* zeros(size_t count) {
-        T* values = take<T>(count, 4, true);
+        T* values = take<T>(count, std::max<size_t>(4, alignof(T)), true);
         std::fill_n(values, count, T{});
         return values;
     }
     // Random integers of so many bits with their sign, 1..32.
     template <class T = Zet32s>
     T* integers(size_t count, int bits) {
-        T* values = take<T>(count, 4, true);
+        T* values = take<T>(count, std::max<size_t>(4, alignof(T)), true);
         for (size_t i = 0; i < count; ++i)
             values[i] = static_cast<T>(static_cast<Zet32s>(random_()) >> (32 - bits));
         return values;

@@ -37,12 +37,27 @@ FailingAllocations::~FailingAllocations() {
 
 }  // namespace zetac::test
 
-// The forms for arrays and those that return null call these.
+// The forms for arrays call these; those that return null do so in the standard library, but not
+// under the address sanitizer.
 void* operator new(size_t size) {
     return zetac::test::allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 }
 void* operator new(size_t size, std::align_val_t alignment) {
     return zetac::test::allocate(size, static_cast<size_t>(alignment));
+}
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+void* operator new(size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size, alignment);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);
