@@ -96,11 +96,11 @@ TagPiece lyricsAt(View view) {
         return {Answer::kYes, TagKind::kLyrics3, Part::kMiddle, kFieldHeader + length};
     }
     const auto text = view.bytes.first(std::min(view.size(), kTextMax + kTextEnd.size()));
-    const auto end = std::ranges::search(text, kTextEnd);
-    if (end.empty())
+    const auto end = std::search(text.begin(), text.end(), kTextEnd.begin(), kTextEnd.end());
+    if (end == text.end())
         return {view.awaits(kTextMax + kTextEnd.size()) ? Answer::kUnknown : Answer::kNo};
     return {Answer::kYes, TagKind::kLyrics3, Part::kEnd,
-            static_cast<uint64_t>(end.end() - text.begin())};
+            static_cast<uint64_t>(end - text.begin()) + kTextEnd.size()};
 }
 
 }  // namespace
